@@ -13,9 +13,9 @@ namespace {
 constexpr mode_t kReadableAndWritable = 0666;
 constexpr std::size_t kPiece = 64 * 1024;
 
-/// Enough for any race with other programs; a file system that numbers its files anew at every look must not
-/// keep us here for ever.
-constexpr int kMostOpenings = 100;
+/// More than any race with other programs takes (against one that trims without a pause, a hundred and more);
+/// a file system that numbers its files anew at every look must not keep us here for ever.
+constexpr int kMostOpenings = 10'000;
 
 bool StandsAt(const std::string& path, const FileDescriptor& file)
 {
