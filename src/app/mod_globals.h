@@ -48,6 +48,8 @@ public:
 
 private:
     void SetGlobals();
+    [[nodiscard]] std::int32_t LogLineLimit();
+    [[nodiscard]] platform::DateTime LogAgeCutoff();
 
     std::string executableDirectory_;
     platform::FileSystem& files_;

@@ -21,6 +21,9 @@ inline constexpr std::int32_t kText = 8;
 inline constexpr std::int32_t kBoolean = 11;
 }  // namespace value_kind
 
+/// The buffer length of every read in this program: one more than the characters of the longest value.
+inline constexpr std::int32_t kValueLength = 256;
+
 /// A value of kind 2, 3, 4, 5, 7, 8 or 11, in this order.
 using IniValue =
     std::variant<std::int16_t, std::int32_t, float, double, platform::DateTime, std::string, bool>;

@@ -11,8 +11,6 @@ namespace {
 using platform::ToInteger;
 using platform::ToNumber;
 
-constexpr std::int32_t kValueLength = 256;  // one more than the characters of the longest value
-
 constexpr const char* kTimerSection = "Timer";
 constexpr const char* kConnectionSection = "TCP/IP Settings";
 constexpr const char* kDatabaseSection = "Database File";

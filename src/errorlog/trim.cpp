@@ -12,8 +12,6 @@ using platform::DateTime;
 using platform::LockedTextFile;
 using platform::RegionalFormats;
 
-constexpr DateTime kNoAgeLimit = std::chrono::local_days{std::chrono::year{1980} / 1 / 1};
-
 /// Tells which lines are too old by the date in front of their first blank.
 class AgeLimit {
 public:
@@ -70,7 +68,7 @@ void TrimErrorLog(std::int32_t lineLimit, DateTime ageCutoff, const std::string&
         const auto log = files.OpenLocked(path);
         if (lineLimit >= 0)
             KeepNewestLines(*log, lineLimit);
-        if (ageCutoff > kNoAgeLimit)
+        if (ageCutoff > kNoLogAgeLimit)
             DropOldLines(*log, AgeLimit(ageCutoff, formats));
     } catch (...) {
         // Nothing of the program depends on a trimmed log, and a record about it would only make it longer.

@@ -76,6 +76,22 @@ TEST(Play, ARefusedIntervalStopsTheReplay)
     EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.cmdPlayPause"});
 }
 
+TEST(Play, AFailureToOpenTheSocketStopsTheReplay)
+{
+    for (const char* role : {"Connect", "Listen"}) {
+        Program program;
+        program.Setting("TCP/IP Settings", "Connect", role);
+        program.Start();
+        program.TakeStatus();
+        program.tmrSendData.enabled = true;
+        program.WinsockConnect.state = WinsockControl::kClosed;
+        program.journal.FailOn("WinsockConnect.Close");
+        program.cmdPlay.OnClick();
+        EXPECT_FALSE(program.tmrSendData.enabled) << role;
+        EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.cmdPlayPause"}) << role;
+    }
+}
+
 TEST(Play, GoesOnAfterAFailedSetUp)
 {
     Program program;

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "logic/program.h"
 
 namespace {
-
-using platform::Failure;
 
 TEST(Startup, ShowsTheDefaultsWithoutASettingsFile)
 {
@@ -60,6 +60,62 @@ TEST(Startup, RecordsAPortOfTheGroupThatIsNoNumber)
     program.Start();
     EXPECT_EQ(program.TakeCalls("MCSockConnect"), Texts{});
     EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.Form.Load"});
+}
+
+std::string LogOfLines(int count)
+{
+    std::string log;
+    for (int line = 1; line <= count; ++line)
+        log += "line" + std::to_string(line) + "\r\n";
+    return log;
+}
+
+TEST(ErrorLogLimits, ComeFromTheSettingsOrAreTheDefaults)
+{
+    struct Case {
+        const char* length;
+        int kept;
+    };
+    for (const Case& c : {Case{"3", 3}, Case{"2.5", 2}, Case{"0", 0}, Case{"-1", 2005}, Case{"", 2000},
+                          Case{"many", 2000}, Case{"32768", 2000}}) {
+        Program program;
+        program.Setting("Error Log", "Error_Log_Length", c.length);
+        program.files.contents["/house/Trellivan Error.log"] = LogOfLines(2005);
+        program.Start();
+        const std::string& log = program.files.contents["/house/Trellivan Error.log"];
+        EXPECT_EQ(std::ranges::count(log, '\n'), c.kept) << c.length;
+        EXPECT_TRUE(LogOfLines(2005).ends_with(log)) << c.length;
+        program.files.contents.erase("/house/Trellivan Error.log");
+    }
+}
+
+TEST(ErrorLogLimits, AgeCountsBackFromNow)
+{
+    const std::string log = "2021-05-11 a\r\n2021-05-12 b\r\n2021-05-14 c\r\n2021-05-15 d\r\nno date\r\n";
+    struct Case {
+        const char* days;
+        const char* firstKept;
+    };
+    for (const Case& c : {Case{"3", "2021-05-12 b"}, Case{"2.5", "2021-05-14 c"}, Case{"0", "2021-05-15 d"},
+                          Case{"-5", "no date"}, Case{"", "2021-05-11 a"}, Case{"few", "2021-05-11 a"}}) {
+        Program program;
+        program.Setting("Error Log", "Error_Log_Days", c.days);
+        program.files.contents["/house/Trellivan Error.log"] = log;
+        program.Start();
+        EXPECT_EQ(program.files.contents["/house/Trellivan Error.log"], log.substr(log.find(c.firstKept)))
+            << c.days;
+        program.files.contents.erase("/house/Trellivan Error.log");
+    }
+}
+
+TEST(ErrorLogLimits, AnAgeBeyondAllDatesIsRecordedAndNothingIsTrimmed)
+{
+    Program program;
+    program.Setting("Error Log", "Error_Log_Days", "1e9");
+    program.Setting("Error Log", "Error_Log_Length", "0");
+    program.files.contents["/house/Trellivan Error.log"] = "";
+    program.Start();
+    EXPECT_EQ(program.TakeRecordNames(), Texts{"modGlobals.GlobalsMain"});
 }
 
 TEST(StatusList, HighlightsTheNewestLine)

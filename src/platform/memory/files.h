@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -9,6 +11,18 @@
 #include "platform/profile_file.h"
 
 namespace platform::memory {
+
+/// The lines of one file held in memory.
+class LockedText : public LockedTextFile {
+public:
+    explicit LockedText(std::string& content) : content_(content) {}
+
+    [[nodiscard]] std::int64_t CountLines() const override;
+    void KeepLines(const std::function<bool(std::int64_t number, std::string_view line)>& keep) override;
+
+private:
+    std::string& content_;
+};
 
 /// Files held in memory: path to content.
 class FileSystem : public platform::FileSystem, private Journaled {
@@ -24,6 +38,11 @@ public:
     {
         Call("Append", bytes);
         contents[path] += bytes;
+    }
+    [[nodiscard]] std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) override
+    {
+        Call("OpenLocked", path);
+        return std::make_unique<LockedText>(contents.at(path));
     }
 
     std::map<std::string, std::string> contents;
