@@ -1,0 +1,99 @@
+#include "platform/jet/data_page.h"
+
+#include <string>
+#include <utility>
+
+namespace platform::jet {
+namespace {
+
+constexpr std::uint16_t kOffsetMask = 0x1FFF;
+constexpr std::uint16_t kMovedFlag = 0x8000;
+constexpr std::uint16_t kPointerFlag = 0x4000;
+
+/// More hops than this from a row's place to the row itself are a circle.
+constexpr int kMostHops = 16;
+
+SlotKind KindOf(std::uint16_t offsetField)
+{
+    switch (offsetField & (kMovedFlag | kPointerFlag)) {
+        case kPointerFlag:
+            return SlotKind::kPointer;
+        case kMovedFlag:
+            return SlotKind::kMovedRow;
+        case kMovedFlag | kPointerFlag:
+            return SlotKind::kDeleted;
+        default:
+            return SlotKind::kRow;
+    }
+}
+
+[[noreturn]] void NoRowAt(RowPosition position)
+{
+    throw Damage("there is no row " + std::to_string(position.Row()) + " on page " +
+                 std::to_string(position.Page()));
+}
+
+DataPage OwnedPage(const PageFile& file, RowPosition position, std::uint32_t owner)
+{
+    DataPage page(file.ReadPage(position.Page(), PageType::kData), file.PageLayout());
+    if (page.Owner() != owner)
+        NoRowAt(position);
+    return page;
+}
+
+StoredRow FollowPointer(const PageFile& file, Slot slot, std::uint32_t owner)
+{
+    for (int hop = 0; hop < kMostHops; ++hop) {
+        const RowPosition target{slot.bytes.U32(0)};
+        const DataPage page = OwnedPage(file, target, owner);
+        slot = page.SlotAt(target.Row());
+        if (slot.kind == SlotKind::kMovedRow)
+            return {page.Underlying(), slot.bytes};
+        if (slot.kind != SlotKind::kPointer)
+            NoRowAt(target);
+    }
+    throw Damage("a row that has moved cannot be found");
+}
+
+}  // namespace
+
+DataPage::DataPage(Page page, const Layout& layout)
+    : page_(std::move(page)), layout_(layout), rowCount_(page_.View().U16(layout.data.rowCount))
+{}
+
+Slot DataPage::SlotAt(std::size_t row) const
+{
+    if (row >= rowCount_)
+        throw Damage("a page has fewer rows than are looked for");
+    const std::uint16_t field = OffsetField(row);
+    const std::size_t begin = field & kOffsetMask;
+    const std::size_t end = row == 0 ? layout_.pageSize : OffsetField(row - 1) & kOffsetMask;
+    if (begin > end)
+        throw Damage("the rows of a page overlap");
+    return {KindOf(field), page_.View().Slice(begin, end - begin)};
+}
+
+std::uint16_t DataPage::OffsetField(std::size_t row) const
+{
+    return page_.View().U16(layout_.data.rowOffsets + 2 * row);
+}
+
+StoredRow FetchRow(const PageFile& file, RowPosition position, std::uint32_t owner)
+{
+    return FetchRow(file, OwnedPage(file, position, owner), position);
+}
+
+StoredRow FetchRow(const PageFile& file, const DataPage& page, RowPosition position)
+{
+    const Slot slot = page.SlotAt(position.Row());
+    switch (slot.kind) {
+        case SlotKind::kRow:
+            return {page.Underlying(), slot.bytes};
+        case SlotKind::kPointer:
+            return FollowPointer(file, slot, page.Owner());
+        default:
+            NoRowAt(position);
+    }
+}
+
+}  // namespace platform::jet

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/jet/byte_view.h"
+#include "platform/jet/page_file.h"
+#include "platform/jet/row_position.h"
+
+namespace platform::jet {
+
+/// Owner of the pages that hold long values rather than the rows of a table: "LVAL".
+inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C;
+
+/// What stands in one row's place on a data page.
+enum class SlotKind {
+    kRow,
+    kPointer,   // the row is elsewhere; this is its place in the order of storage
+    kMovedRow,  // belongs to a pointer elsewhere; a copy that nothing points to is stale
+    kDeleted
+};
+
+struct Slot {
+    SlotKind kind;
+    ByteView bytes;
+};
+
+/// A page of rows, of a table or of long values.
+class DataPage {
+public:
+    explicit DataPage(Page page, const Layout& layout);
+
+    /// Page of the table definition, or kLongValueOwner.
+    [[nodiscard]] std::uint32_t Owner() const { return page_.View().U32(4); }
+    [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
+
+    /// Throws Damage for a row that the page does not have.
+    [[nodiscard]] Slot SlotAt(std::size_t row) const;
+
+    [[nodiscard]] const Page& Underlying() const { return page_; }
+
+private:
+    [[nodiscard]] std::uint16_t OffsetField(std::size_t row) const;
+
+    Page page_;
+    const Layout& layout_;
+    std::size_t rowCount_;
+};
+
+/// The bytes of a row together with the page that holds them.
+struct StoredRow {
+    Page page;
+    ByteView bytes;
+};
+
+/// The row at a position, wherever it has moved since. `owner` is whose row it must be. Throws Damage where
+/// there is no such row.
+[[nodiscard]] StoredRow FetchRow(const PageFile& file, RowPosition position, std::uint32_t owner);
+
+/// FetchRow for a page at hand, which must be the position's own.
+[[nodiscard]] StoredRow FetchRow(const PageFile& file, const DataPage& page, RowPosition position);
+
+}  // namespace platform::jet

@@ -1,0 +1,35 @@
+#include "platform/jet/engine.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/conversions.h"
+#include "platform/jet/database_file.h"
+#include "platform/jet/file_source.h"
+
+namespace platform::jet {
+namespace {
+
+constexpr std::string_view kPasswordKey = "pwd=";
+
+/// The password in a connect string, whose parts are separated by ";"; empty where it has none.
+std::string PasswordIn(std::string_view connect)
+{
+    while (!connect.empty()) {
+        std::string_view part = connect.substr(0, connect.find(';'));
+        connect.remove_prefix(std::min(part.size() + 1, connect.size()));
+        part.remove_prefix(std::min(part.find_first_not_of(' '), part.size()));
+        if (LowerCase(part.substr(0, kPasswordKey.size())) == kPasswordKey)
+            return std::string(part.substr(kPasswordKey.size()));
+    }
+    return {};
+}
+
+}  // namespace
+
+std::unique_ptr<Database> Engine::OpenDatabase(const std::string& path, const std::string& connect)
+{
+    return OpenDatabaseFile(std::make_unique<FileSource>(path), path, PasswordIn(connect));
+}
+
+}  // namespace platform::jet

@@ -1,0 +1,80 @@
+#include "platform/jet/file_source.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+#include "platform/jet/byte_view.h"
+
+namespace platform::jet {
+namespace {
+
+Failure CannotOpen(const std::string& path, int error)
+{
+    switch (error) {
+        case ENOENT:
+            return {failure::kDatabaseNotFound, "Could not find the database " + path};
+        case ENOTDIR:
+        case ENAMETOOLONG:
+        case ELOOP:
+            return {failure::kInvalidDatabasePath, "Not a valid path of a database: " + path};
+        default:
+            return {failure::kDatabaseCannotBeOpened,
+                    "The database " + path + " cannot be opened: " + std::generic_category().message(error)};
+    }
+}
+
+int OpenForReading(const std::string& path)
+{
+    if (path.empty() || path.find('\0') != std::string::npos)
+        throw CannotOpen(path, ENOTDIR);
+    // Without O_NONBLOCK a pipe of that name would keep the program waiting for a writer.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        throw CannotOpen(path, errno);
+    return descriptor;
+}
+
+}  // namespace
+
+FileSource::FileSource(const std::string& path) : descriptor_(OpenForReading(path))
+{
+    struct stat status {};
+    if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode))
+        return;
+    close(descriptor_);
+    throw Failure(failure::kDatabaseCannotBeOpened, "The database " + path + " is no regular file");
+}
+
+FileSource::~FileSource()
+{
+    close(descriptor_);
+}
+
+std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const
+{
+    std::size_t done = 0;
+    while (done < buffer.size()) {
+        const ssize_t count =
+            pread(descriptor_, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
+        if (count < 0 && errno != EINTR)
+            throw Damage("it cannot be read: " + std::generic_category().message(errno));
+        if (count == 0)
+            break;
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    return done;
+}
+
+std::uint64_t FileSource::Size() const
+{
+    struct stat status {};
+    return fstat(descriptor_, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+}  // namespace platform::jet

@@ -1,0 +1,68 @@
+#include "platform/jet/index_page.h"
+
+namespace platform::jet {
+namespace {
+
+constexpr std::size_t kTrailerSize = 4;
+
+/// The last four bytes as a number, most significant first.
+std::uint32_t Trailer(const std::string& entry)
+{
+    if (entry.size() < kTrailerSize)
+        throw Damage("an index entry is too short");
+    std::uint32_t number = 0;
+    for (std::size_t i = entry.size() - kTrailerSize; i < entry.size(); ++i)
+        number = number << 8 | static_cast<std::uint8_t>(entry[i]);
+    return number;
+}
+
+/// The mask has a bit for each byte of the entries' area, set where an entry ends.
+std::vector<std::size_t> EntryEnds(ByteView mask, std::size_t areaSize)
+{
+    std::vector<std::size_t> ends;
+    for (std::size_t i = 0; i < mask.Size(); ++i) {
+        const unsigned bits = mask.U8(i);
+        for (unsigned bit = 0; bits >> bit != 0; ++bit)
+            if ((bits >> bit & 1) != 0 && i * 8 + bit <= areaSize && i * 8 + bit > 0)
+                ends.push_back(i * 8 + bit);
+    }
+    return ends;
+}
+
+}  // namespace
+
+IndexPage::IndexPage(ByteView page, const Layout& layout)
+    : page_(page),
+      layout_(layout),
+      entries_(page.From(layout.indexPage.entries)),
+      ends_(EntryEnds(
+          page.Slice(layout.indexPage.entryMask, layout.indexPage.entries - layout.indexPage.entryMask),
+          entries_.Size()))
+{
+    if (!ends_.empty())
+        shared_ = entries_.Slice(0, ends_.front()).Slice(0, page.U16(layout.indexPage.prefixLength));
+}
+
+void IndexPage::GetEntry(std::size_t number, std::string& entry) const
+{
+    const std::size_t begin = number == 0 ? 0 : ends_[number - 1];
+    entry = number == 0 ? std::string_view{} : shared_.AsText();
+    entry += entries_.Slice(begin, ends_[number] - begin).AsText();
+}
+
+std::uint32_t IndexPage::NextPage() const
+{
+    return page_.U32(layout_.indexPage.next);
+}
+
+RowPosition PositionIn(const std::string& leafEntry)
+{
+    return {Trailer(leafEntry)};
+}
+
+std::uint32_t PageBelow(const std::string& nodeEntry)
+{
+    return Trailer(nodeEntry);
+}
+
+}  // namespace platform::jet

@@ -1,0 +1,59 @@
+#include "platform/jet/page_file.h"
+
+#include <utility>
+
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+#include "platform/jet/rc4.h"
+
+namespace platform::jet {
+
+PageFile::PageFile(std::unique_ptr<ByteSource> source, std::string name)
+    : source_(std::move(source)), name_(std::move(name)), kept_(kPagesKept)
+{
+    std::array<std::uint8_t, kHeaderSize> bytes{};
+    const ByteView start{std::span(bytes).first(source_->Read(0, bytes))};
+    const std::optional<Format> format = FormatOf(start);
+    if (!format)
+        throw Failure(failure::kUnrecognisedFormat, "Unrecognised database format of " + name_);
+    format_ = *format;
+    header_ = ReadHeader(start, format_);
+}
+
+std::uint64_t PageFile::PageCount() const
+{
+    return source_->Size() / PageLayout().pageSize;
+}
+
+Page PageFile::ReadPage(std::uint32_t number) const
+{
+    KeptPage& kept = kept_[number % kept_.size()];
+    if (number == 0 || kept.number != number)
+        kept = {number, Page(LoadPage(number))};
+    return kept.page;
+}
+
+Page PageFile::ReadPage(std::uint32_t number, PageType type) const
+{
+    Page page = ReadPage(number);
+    if (page.View().U8(0) != static_cast<std::uint8_t>(type))
+        throw Damage("page " + std::to_string(number) + " is not of the kind that it is used as");
+    return page;
+}
+
+std::vector<std::uint8_t> PageFile::LoadPage(std::uint32_t number) const
+{
+    std::vector<std::uint8_t> bytes(PageLayout().pageSize);
+    if (number == 0 || source_->Read(std::uint64_t{number} * bytes.size(), bytes) < bytes.size())
+        throw Damage("it has no page " + std::to_string(number));
+    if (header_.pageKey != 0) {
+        const std::uint32_t key = header_.pageKey ^ number;
+        const std::array<std::uint8_t, 4> keyBytes = {
+            static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(key >> 8),
+            static_cast<std::uint8_t>(key >> 16), static_cast<std::uint8_t>(key >> 24)};
+        ApplyRc4(keyBytes, bytes);
+    }
+    return bytes;
+}
+
+}  // namespace platform::jet

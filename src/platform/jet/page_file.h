@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/jet/byte_source.h"
+#include "platform/jet/byte_view.h"
+#include "platform/jet/header.h"
+#include "platform/jet/layout.h"
+
+namespace platform::jet {
+
+/// The bytes of one page, decoded. Whoever holds it keeps it as it was read.
+class Page {
+public:
+    explicit Page(std::vector<std::uint8_t> bytes)
+        : bytes_(std::make_shared<const std::vector<std::uint8_t>>(std::move(bytes)))
+    {}
+    [[nodiscard]] ByteView View() const { return ByteView(*bytes_); }
+
+private:
+    std::shared_ptr<const std::vector<std::uint8_t>> bytes_;
+};
+
+/// A database file as numbered pages of one size. It keeps the last pages it read, a fixed number of them.
+class PageFile {
+public:
+    /// Reads the header. `name` stands for the file in descriptions. Failure: kUnrecognisedFormat. Throws
+    /// Damage.
+    PageFile(std::unique_ptr<ByteSource> source, std::string name);
+
+    [[nodiscard]] const std::string& Name() const { return name_; }
+    [[nodiscard]] Format FileFormat() const { return format_; }
+    [[nodiscard]] const Layout& PageLayout() const { return LayoutOf(format_); }
+    [[nodiscard]] const std::string& Password() const { return header_.password; }
+
+    /// How many whole pages the file has at this moment.
+    [[nodiscard]] std::uint64_t PageCount() const;
+
+    /// Throws Damage for page 0, which is the header, and for a page that the file does not have.
+    [[nodiscard]] Page ReadPage(std::uint32_t number) const;
+
+    /// Reads a page that must be of this type, or throws Damage.
+    [[nodiscard]] Page ReadPage(std::uint32_t number, PageType type) const;
+
+private:
+    static constexpr std::size_t kPagesKept = 128;
+
+    struct KeptPage {
+        std::uint32_t number = 0;
+        Page page{{}};
+    };
+
+    [[nodiscard]] std::vector<std::uint8_t> LoadPage(std::uint32_t number) const;
+
+    std::unique_ptr<ByteSource> source_;
+    std::string name_;
+    Format format_ = Format::kJet4;
+    Header header_;
+    mutable std::vector<KeptPage> kept_;
+};
+
+}  // namespace platform::jet

@@ -1,0 +1,130 @@
+#include "platform/jet/table_definition.h"
+
+#include <algorithm>
+
+#include "platform/ansi_code_page.h"
+#include "platform/conversions.h"
+#include "platform/jet/text.h"
+
+namespace platform::jet {
+namespace {
+
+constexpr std::size_t kNextPage = 4;
+constexpr std::size_t kContinuationStart = 8;
+constexpr std::size_t kMostPages = 64;  // four times what 255 columns with the longest names need
+constexpr std::uint8_t kFixedFlag = 0x01;
+constexpr std::uint8_t kLeavesOutNullsFlag = 0x02;
+constexpr std::size_t kIndexPartCount = 10;
+constexpr std::size_t kIndexPartSize = 3;
+constexpr std::uint16_t kNoColumn = 0xFFFF;
+constexpr std::uint8_t kAscending = 1;
+
+/// The definition's pages joined into one run of bytes.
+std::vector<std::uint8_t> JoinPages(const PageFile& file, std::uint32_t number)
+{
+    std::vector<std::uint8_t> joined;
+    for (std::size_t count = 0; number != 0; ++count) {
+        if (count == kMostPages)
+            throw Damage("a table definition has no end");
+        const Page page = file.ReadPage(number, PageType::kDefinition);
+        const auto bytes = page.View().From(count == 0 ? 0 : kContinuationStart).Bytes();
+        joined.insert(joined.end(), bytes.begin(), bytes.end());
+        number = page.View().U32(kNextPage);
+    }
+    return joined;
+}
+
+/// Reads the parts of a definition that follow one another.
+class DefinitionReader {
+public:
+    DefinitionReader(ByteView bytes, Format format)
+        : bytes_(bytes), format_(format), layout_(LayoutOf(format)), at_(layout_.definition.end)
+    {}
+
+    [[nodiscard]] TableDefinition Read()
+    {
+        TableDefinition table;
+        const auto& place = layout_.definition;
+        table.rowCount = bytes_.U32(place.rowCount);
+        table.variableColumnCount = bytes_.U16(place.variableColumnCount);
+        table.usageMap = {bytes_.U32(place.usageMap)};
+        const std::size_t indexCount = bytes_.U32(place.indexCount);
+        const std::size_t columnCount = bytes_.U16(place.columnCount);
+        TakeRecord(indexCount * place.indexPlaceSize);
+        for (std::size_t i = 0; i < columnCount; ++i)
+            table.columns.push_back(TakeColumn());
+        for (Column& column : table.columns)
+            column.name = TakeName();
+        for (std::size_t i = 0; i < indexCount; ++i)
+            table.indexes.push_back(TakeIndex());
+        return table;
+    }
+
+private:
+    ByteView TakeRecord(std::size_t size)
+    {
+        const ByteView record = bytes_.Slice(at_, size);
+        at_ += size;
+        return record;
+    }
+
+    Column TakeColumn()
+    {
+        const auto& place = layout_.column;
+        const ByteView record = TakeRecord(place.size);
+        return {.name = {},
+                .type = static_cast<ColumnType>(record.U8(0)),
+                .number = record.U16(place.number),
+                .variableIndex = record.U16(place.variableIndex),
+                .fixed = (record.U8(place.flags) & kFixedFlag) != 0,
+                .fixedOffset = record.U16(place.fixedOffset),
+                .length = record.U16(place.length),
+                .scale = record.U8(place.scale)};
+    }
+
+    std::string TakeName()
+    {
+        if (format_ == Format::kJet3)
+            return FromAnsi(TakeRecord(TakeRecord(1).U8(0)).AsText());
+        return FromUtf16(TakeRecord(TakeRecord(2).U16(0)));
+    }
+
+    Index TakeIndex()
+    {
+        const auto& place = layout_.indexRecord;
+        const ByteView record = TakeRecord(place.size);
+        Index index{.parts = {},
+                    .rootPage = record.U32(place.rootPage),
+                    .leavesOutNulls = (record.U8(place.flags) & kLeavesOutNullsFlag) != 0};
+        for (std::size_t i = 0; i < kIndexPartCount; ++i) {
+            const ByteView part = record.Slice(place.columns + i * kIndexPartSize, kIndexPartSize);
+            if (part.U16(0) != kNoColumn)
+                index.parts.push_back({part.U16(0), part.U8(2) == kAscending});
+        }
+        return index;
+    }
+
+    ByteView bytes_;
+    Format format_;
+    const Layout& layout_;
+    std::size_t at_;
+};
+
+}  // namespace
+
+const Column* TableDefinition::Find(const std::string& name) const
+{
+    const auto found = std::ranges::find(columns, LowerCase(name),
+                                         [](const Column& column) { return LowerCase(column.name); });
+    return found == columns.end() ? nullptr : &*found;
+}
+
+TableDefinition ReadTableDefinition(const PageFile& file, std::uint32_t page)
+{
+    const std::vector<std::uint8_t> bytes = JoinPages(file, page);
+    TableDefinition table = DefinitionReader(ByteView(bytes), file.FileFormat()).Read();
+    table.page = page;
+    return table;
+}
+
+}  // namespace platform::jet

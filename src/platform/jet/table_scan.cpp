@@ -1,0 +1,37 @@
+#include "platform/jet/table_scan.h"
+
+#include <string>
+
+#include "platform/jet/usage_map.h"
+
+namespace platform::jet {
+namespace {
+
+bool IsVisible(SlotKind kind)
+{
+    return kind == SlotKind::kRow || kind == SlotKind::kPointer;
+}
+
+}  // namespace
+
+void ForEachRow(const PageFile& file, const TableDefinition& table,
+                const std::function<void(RowPosition, const Row&)>& visit)
+{
+    for (const std::uint32_t number : MarkedPages(file, table.usageMap)) {
+        const Page bytes = file.ReadPage(number);
+        const DataPage page(bytes, file.PageLayout());
+        // A table's map may hold pages of other kinds as well, such as those of its long values.
+        if (bytes.View().U8(0) != static_cast<std::uint8_t>(PageType::kData) || page.Owner() != table.page)
+            continue;
+        if (page.RowCount() > kMostRowsOnPage)
+            throw Damage("page " + std::to_string(number) + " has more rows than a page can have");
+        for (std::size_t i = 0; i < page.RowCount(); ++i) {
+            if (!IsVisible(page.SlotAt(i).kind))
+                continue;
+            const RowPosition position = PositionOf(number, static_cast<std::uint8_t>(i));
+            visit(position, Row(FetchRow(file, page, position), table, file.FileFormat()));
+        }
+    }
+}
+
+}  // namespace platform::jet

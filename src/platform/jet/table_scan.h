@@ -1,0 +1,17 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/jet/page_file.h"
+#include "platform/jet/row.h"
+#include "platform/jet/row_position.h"
+#include "platform/jet/table_definition.h"
+
+namespace platform::jet {
+
+/// Visits every row of a table in the order of storage, with its position. Reads each page of the table once;
+/// a row that has moved is read when its first place is met. Throws Damage.
+void ForEachRow(const PageFile& file, const TableDefinition& table,
+                const std::function<void(RowPosition, const Row&)>& visit);
+
+}  // namespace platform::jet

@@ -1,0 +1,71 @@
+#include "platform/jet/usage_map.h"
+
+#include "platform/jet/data_page.h"
+
+namespace platform::jet {
+namespace {
+
+constexpr std::uint8_t kInline = 0;
+constexpr std::uint8_t kPageList = 1;
+constexpr std::size_t kInlineBitmap = 5;
+constexpr std::size_t kPageBitmap = 4;
+
+class MarkCollector {
+public:
+    explicit MarkCollector(std::uint64_t pageCount) : pageCount_(pageCount) {}
+
+    void Add(ByteView bitmap, std::uint64_t firstPage)
+    {
+        for (std::size_t i = 0; i < bitmap.Size(); ++i)
+            for (unsigned bit = 0; bit < 8; ++bit)
+                if ((bitmap.U8(i) >> bit & 1) != 0)
+                    AddPage(firstPage + i * 8 + bit);
+    }
+
+    [[nodiscard]] std::vector<std::uint32_t> TakePages() { return std::move(pages_); }
+
+private:
+    void AddPage(std::uint64_t page)
+    {
+        if (page >= pageCount_)
+            throw Damage("a table has a page past the end of the file");
+        pages_.push_back(static_cast<std::uint32_t>(page));
+    }
+
+    std::uint64_t pageCount_;
+    std::vector<std::uint32_t> pages_;
+};
+
+void AddPageList(const PageFile& file, ByteView list, MarkCollector& marks)
+{
+    const std::size_t pagesPerBitmap = (file.PageLayout().pageSize - kPageBitmap) * 8;
+    for (std::size_t i = 0; i < list.Size() / 4; ++i) {
+        const std::uint32_t number = list.U32(i * 4);
+        if (number == 0)
+            continue;
+        const Page page = file.ReadPage(number, PageType::kUsageMap);
+        marks.Add(page.View().From(kPageBitmap), i * pagesPerBitmap);
+    }
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map)
+{
+    const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
+    const ByteView bytes = page.SlotAt(map.Row()).bytes;
+    MarkCollector marks(file.PageCount());
+    switch (bytes.U8(0)) {
+        case kInline:
+            marks.Add(bytes.From(kInlineBitmap), bytes.U32(1));
+            break;
+        case kPageList:
+            AddPageList(file, bytes.From(1), marks);
+            break;
+        default:
+            throw Damage("a usage map is of no known kind");
+    }
+    return marks.TakePages();
+}
+
+}  // namespace platform::jet
