@@ -7,7 +7,6 @@ cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
 house=build/release/bin
-port=5015
 background=()
 trap 'kill "${background[@]}" 2>/dev/null || true' EXIT
 
@@ -15,6 +14,8 @@ install_packages "${build_packages[@]}" "${run_packages[@]}"
 scripts/build.sh
 
 with_display() {
+    local port
+    port=$(sed -n 's/^PortNumber=\([0-9]\+\).*/\1/p' "$house/Config.ini")
     echo "Receiver on port $port. Press Play in the window; close the window to end."
     socat -u "TCP-LISTEN:$port,reuseaddr,fork" STDOUT &
     background+=($!)
@@ -36,24 +37,31 @@ play_button_pressed() {
 }
 
 all_received() {
-    "$house/check_feed" samples/shop_day.csv build/received.bin >/dev/null
+    "$house/check_feed" samples/shop_day.csv build/demo/received.bin >/dev/null
 }
 
 without_display() {
     install_packages "${headless_packages[@]}"
+    local port=5015 demo=build/demo
+    rm -rf "$demo"
+    mkdir "$demo"
+    cp "$house"/{Trellivan,shop_day.mdb} samples/Config.ini "$demo"
     export DISPLAY=:57
     Xvfb "$DISPLAY" -screen 0 800x400x24 -nolisten tcp >/dev/null 2>&1 &
     background+=($!)
-    socat -u "TCP-LISTEN:$port,bind=127.0.0.1,reuseaddr" CREATE:build/received.bin &
+    socat -u "TCP-LISTEN:$port,bind=127.0.0.1,reuseaddr" CREATE:build/demo/received.bin &
     background+=($!)
     wait_for xdotool getmouselocation >/dev/null 2>&1
-    QT_QPA_PLATFORM=xcb "$house/Trellivan" &
-    background+=($!)
+    QT_QPA_PLATFORM=xcb "$demo/Trellivan" &
+    local window_process=$!
+    background+=("$window_process")
     wait_for play_button_pressed
     wait_for all_received || true
     import -window root build/screenshot.png
+    kill "$window_process"
+    wait "$window_process" 2>/dev/null || true
     echo "Screenshot: build/screenshot.png"
-    "$house/check_feed" samples/shop_day.csv build/received.bin
+    "$house/check_feed" samples/shop_day.csv build/demo/received.bin
 }
 
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then with_display; else without_display; fi
