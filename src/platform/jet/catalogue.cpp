@@ -2,10 +2,10 @@
 
 #include <optional>
 
-#include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/column_value.h"
+#include "platform/jet/names.h"
 #include "platform/jet/table_scan.h"
 
 namespace platform::jet {
@@ -52,12 +52,11 @@ TableDefinition FindTable(const PageFile& file, const std::string& name)
     const Column& idColumn = ColumnOf(catalogue, "Id");
     const Column& nameColumn = ColumnOf(catalogue, "Name");
     const Column& typeColumn = ColumnOf(catalogue, "Type");
-    const std::string wanted = LowerCase(name);
 
     std::optional<std::uint32_t> page;
     bool linked = false;
     ForEachRow(file, catalogue, [&](RowPosition, const Row& row) {
-        if (LowerCase(ValueAs<std::string>(file, row, nameColumn)) != wanted)
+        if (!SameName(ValueAs<std::string>(file, row, nameColumn), name))
             return;
         const auto type = ValueAs<std::int32_t>(file, row, typeColumn);
         if (type == kLocalTable)

@@ -37,6 +37,7 @@ public:
 private:
     [[nodiscard]] std::unique_ptr<RecordSet> Run(const Query& query) const
     {
+        file_->ForgetPages();
         TableDefinition table = FindTable(*file_, query.table);
         const Column* const column = table.Find(query.orderColumn);
         if (column == nullptr)

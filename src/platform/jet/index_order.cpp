@@ -1,10 +1,10 @@
 #include "platform/jet/index_order.h"
 
-#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
 #include "platform/jet/index_page.h"
+#include "platform/jet/table_scan.h"
 
 namespace platform::jet {
 namespace {
@@ -43,13 +43,9 @@ std::uint32_t FirstLeaf(const PageFile& file, std::uint32_t number)
 /// Walks the leaves from left to right: the last one may be in no node.
 class LeafWalk {
 public:
-    LeafWalk(const PageFile& file, std::uint32_t owner, std::size_t rowCount)
-        : file_(file), owner_(owner), rowCount_(rowCount)
+    LeafWalk(const PageFile& file, const TableDefinition& table) : file_(file), table_(table)
     {
-        // The stored row count may be anything; no more rows are expected than the file has room for.
-        constexpr std::size_t kSmallestEntry = 5;
-        const std::uint64_t room = file.PageCount() * file.PageLayout().pageSize / kSmallestEntry;
-        positions_.reserve(std::min<std::uint64_t>(rowCount, room));
+        positions_.reserve(ExpectedRows(file, table));
     }
 
     /// False where the entries are out of order or more than the rows.
@@ -59,7 +55,7 @@ public:
             if (!visited_.insert(leaf).second)
                 throw Damage("the pages of an index go in a circle");
             const Page page = file_.ReadPage(leaf, PageType::kIndexLeaf);
-            if (page.View().U32(4) != owner_)
+            if (page.View().U32(4) != table_.page)
                 throw Damage("an index has a page of another table");
             const IndexPage entries(page.View(), file_.PageLayout());
             if (!AddEntries(entries))
@@ -76,7 +72,7 @@ private:
     {
         for (std::size_t i = 0; i < page.EntryCount(); ++i) {
             page.GetEntry(i, entry_);
-            if (entry_ <= previous_ || positions_.size() == rowCount_)
+            if (entry_ <= previous_ || positions_.size() == table_.rowCount)
                 return false;
             positions_.push_back(PositionIn(entry_));
             std::swap(entry_, previous_);
@@ -85,8 +81,7 @@ private:
     }
 
     const PageFile& file_;
-    std::uint32_t owner_;
-    std::size_t rowCount_;
+    const TableDefinition& table_;
     std::vector<RowPosition> positions_;
     std::unordered_set<std::uint32_t> visited_;
     std::string entry_;
@@ -113,7 +108,7 @@ std::optional<std::vector<RowPosition>> PositionsByIndex(const PageFile& file, c
         // A stored count of 0 rows may be wrong, so an index cannot be checked against it.
         if (!Serves(index, column) || table.rowCount == 0)
             continue;
-        LeafWalk walk(file, table.page, table.rowCount);
+        LeafWalk walk(file, table);
         if (!walk.Walk(FirstLeaf(file, index.rootPage)))
             continue;
         std::vector<RowPosition> positions = walk.TakePositions();

@@ -1,5 +1,7 @@
 #include "platform/jet/index_page.h"
 
+#include <bit>
+
 namespace platform::jet {
 namespace {
 
@@ -20,12 +22,11 @@ std::uint32_t Trailer(const std::string& entry)
 std::vector<std::size_t> EntryEnds(ByteView mask, std::size_t areaSize)
 {
     std::vector<std::size_t> ends;
-    for (std::size_t i = 0; i < mask.Size(); ++i) {
-        const unsigned bits = mask.U8(i);
-        for (unsigned bit = 0; bits >> bit != 0; ++bit)
-            if ((bits >> bit & 1) != 0 && i * 8 + bit <= areaSize && i * 8 + bit > 0)
-                ends.push_back(i * 8 + bit);
-    }
+    for (std::size_t i = 0; i < mask.Size(); ++i)
+        for (std::uint8_t bits = mask.U8(i); bits != 0; bits = static_cast<std::uint8_t>(bits & (bits - 1)))
+            ends.push_back(i * 8 + static_cast<std::size_t>(std::countr_zero(bits)));
+    if (!ends.empty() && (ends.front() == 0 || ends.back() > areaSize))
+        throw Damage("an index entry reaches past its page");
     return ends;
 }
 

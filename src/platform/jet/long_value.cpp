@@ -59,6 +59,8 @@ void AddChain(const PageFile& file, RowPosition block, Pieces& pieces)
 
 std::vector<std::uint8_t> ReadLongValue(const PageFile& file, ByteView reference)
 {
+    if (reference.Size() == 0)
+        return {};
     const std::uint32_t field = reference.U32(0);
     Pieces pieces(field & kLengthMask);
     const RowPosition position{reference.U32(kPointer)};

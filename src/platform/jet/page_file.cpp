@@ -1,5 +1,6 @@
 #include "platform/jet/page_file.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/failure.h"
@@ -41,11 +42,21 @@ Page PageFile::ReadPage(std::uint32_t number, PageType type) const
     return page;
 }
 
+void PageFile::ForgetPages() const
+{
+    kept_.assign(kPagesKept, {});
+    window_ = {};
+}
+
 std::vector<std::uint8_t> PageFile::LoadPage(std::uint32_t number) const
 {
-    std::vector<std::uint8_t> bytes(PageLayout().pageSize);
-    if (number == 0 || source_->Read(std::uint64_t{number} * bytes.size(), bytes) < bytes.size())
+    if (number < window_.first || number - window_.first >= window_.count)
+        FillWindow(number);
+    const std::size_t size = PageLayout().pageSize;
+    if (number == 0 || number - window_.first >= window_.count)
         throw Damage("it has no page " + std::to_string(number));
+    const auto stored = std::span(window_.bytes).subspan((number - window_.first) * size, size);
+    std::vector<std::uint8_t> bytes(stored.begin(), stored.end());
     if (header_.pageKey != 0) {
         const std::uint32_t key = header_.pageKey ^ number;
         const std::array<std::uint8_t, 4> keyBytes = {
@@ -54,6 +65,20 @@ std::vector<std::uint8_t> PageFile::LoadPage(std::uint32_t number) const
         ApplyRc4(keyBytes, bytes);
     }
     return bytes;
+}
+
+void PageFile::FillWindow(std::uint32_t number) const
+{
+    // Going forward through the file, more pages are read at a time; jumping about, one.
+    const std::uint32_t end = window_.first + window_.count;
+    const bool goesForward = window_.count > 0 && number >= end && number - end < kMostPagesAhead;
+    const std::uint32_t count = goesForward ? std::min(2 * window_.count, kMostPagesAhead) : 1;
+    const std::size_t size = PageLayout().pageSize;
+    window_.bytes.resize(count * size);
+    window_.first = number;
+    window_.count = 0;
+    window_.count =
+        static_cast<std::uint32_t>(source_->Read(std::uint64_t{number} * size, window_.bytes) / size);
 }
 
 }  // namespace platform::jet

@@ -26,7 +26,8 @@ private:
     std::shared_ptr<const std::vector<std::uint8_t>> bytes_;
 };
 
-/// A database file as numbered pages of one size. It keeps the last pages it read, a fixed number of them.
+/// A database file as numbered pages of one size. It keeps the last pages it read, a fixed number of them, so
+/// that what others change in the file may show late.
 class PageFile {
 public:
     /// Reads the header. `name` stands for the file in descriptions. Failure: kUnrecognisedFormat. Throws
@@ -47,21 +48,34 @@ public:
     /// Reads a page that must be of this type, or throws Damage.
     [[nodiscard]] Page ReadPage(std::uint32_t number, PageType type) const;
 
+    /// Reads every page anew from here on.
+    void ForgetPages() const;
+
 private:
     static constexpr std::size_t kPagesKept = 128;
+    static constexpr std::uint32_t kMostPagesAhead = 32;
 
     struct KeptPage {
         std::uint32_t number = 0;
         Page page{{}};
     };
 
+    /// Pages as they stand in the file, side by side.
+    struct Window {
+        std::uint32_t first = 0;
+        std::uint32_t count = 0;
+        std::vector<std::uint8_t> bytes;
+    };
+
     [[nodiscard]] std::vector<std::uint8_t> LoadPage(std::uint32_t number) const;
+    void FillWindow(std::uint32_t number) const;
 
     std::unique_ptr<ByteSource> source_;
     std::string name_;
     Format format_ = Format::kJet4;
     Header header_;
     mutable std::vector<KeptPage> kept_;
+    mutable Window window_;
 };
 
 }  // namespace platform::jet

@@ -32,6 +32,7 @@ std::vector<RowPosition> Sorted(const PageFile& file, const TableDefinition& tab
 {
     std::vector<RowPosition> positions;
     std::vector<Entry<Key>> entries;
+    entries.reserve(ExpectedRows(file, table));
     ForEachRow(file, table, [&](RowPosition position, const Row& row) {
         if (std::optional<Key> key = keyOf(row))
             entries.push_back({*std::move(key), position});

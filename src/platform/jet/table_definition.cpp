@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/ansi_code_page.h"
-#include "platform/conversions.h"
+#include "platform/jet/names.h"
 #include "platform/jet/text.h"
 
 namespace platform::jet {
@@ -114,8 +114,8 @@ private:
 
 const Column* TableDefinition::Find(const std::string& name) const
 {
-    const auto found = std::ranges::find(columns, LowerCase(name),
-                                         [](const Column& column) { return LowerCase(column.name); });
+    const auto found =
+        std::ranges::find_if(columns, [&](const Column& column) { return SameName(column.name, name); });
     return found == columns.end() ? nullptr : &*found;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/jet/table_scan.h"
 
+#include <algorithm>
 #include <string>
 
 #include "platform/jet/usage_map.h"
@@ -32,6 +33,13 @@ void ForEachRow(const PageFile& file, const TableDefinition& table,
             visit(position, Row(FetchRow(file, page, position), table, file.FileFormat()));
         }
     }
+}
+
+std::size_t ExpectedRows(const PageFile& file, const TableDefinition& table)
+{
+    constexpr std::size_t kSmallestRow = 4;
+    const std::uint64_t room = file.PageCount() * file.PageLayout().pageSize / kSmallestRow;
+    return std::min<std::uint64_t>(table.rowCount, room);
 }
 
 }  // namespace platform::jet

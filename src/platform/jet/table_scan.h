@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 #include "platform/jet/page_file.h"
@@ -13,5 +14,8 @@ namespace platform::jet {
 /// a row that has moved is read when its first place is met. Throws Damage.
 void ForEachRow(const PageFile& file, const TableDefinition& table,
                 const std::function<void(RowPosition, const Row&)>& visit);
+
+/// How many rows to make room for: as many as the definition says, but no more than the file can hold.
+[[nodiscard]] std::size_t ExpectedRows(const PageFile& file, const TableDefinition& table);
 
 }  // namespace platform::jet

@@ -1,11 +1,21 @@
 #include "platform/jet/text.h"
 
+#include <algorithm>
+
 #include "platform/ansi_code_page.h"
 
 namespace platform::jet {
 namespace {
 
 constexpr std::string_view kCompressionMark = "\xFF\xFE";
+
+/// The ASCII characters other than U+0000 that the bytes begin with: most of any text, and the same in UTF-8.
+std::string_view LeadingAscii(std::string_view bytes)
+{
+    const auto* const end =
+        std::ranges::find_if(bytes, [](char c) { return static_cast<signed char>(c) <= 0; });
+    return bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
+}
 
 /// Collects UTF-16 units as UTF-8.
 class Utf16Reader {
@@ -22,6 +32,12 @@ public:
             high_ = unit;
         else
             AppendCharacter(text_, unit);
+    }
+
+    void AddAscii(std::string_view characters)
+    {
+        FlushHigh();
+        text_ += characters;
     }
 
     [[nodiscard]] std::string TakeText()
@@ -54,14 +70,23 @@ std::string Decompress(ByteView bytes)
             compressed = !compressed;
             ++at;
         } else if (compressed) {
-            reader.Add(bytes.U8(at));
-            ++at;
+            const std::string_view ascii = LeadingAscii(bytes.AsText().substr(at));
+            reader.AddAscii(ascii);
+            at += ascii.size();
+            if (at < bytes.Size() && bytes.U8(at) != 0)
+                reader.Add(bytes.U8(at++));
         } else {
             reader.Add(bytes.U16(at));
             at += 2;
         }
     }
     return reader.TakeText();
+}
+
+std::string FromCodePage(std::string_view bytes)
+{
+    const std::string_view ascii = LeadingAscii(bytes);
+    return std::string(ascii) + FromAnsi(bytes.substr(ascii.size()));
 }
 
 }  // namespace
@@ -78,7 +103,7 @@ std::string FromUtf16(ByteView bytes)
 std::string DecodeText(ByteView bytes, Format format)
 {
     if (format == Format::kJet3)
-        return FromAnsi(bytes.AsText());
+        return FromCodePage(bytes.AsText());
     if (bytes.AsText().starts_with(kCompressionMark))
         return Decompress(bytes.From(kCompressionMark.size()));
     return FromUtf16(bytes);

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "platform/jet/byte_source.h"
+
+namespace platform::jet {
+
+/// More reads than a reader that comes to an end can need.
+class TooManyReads : public std::logic_error {
+public:
+    TooManyReads() : std::logic_error("the reader does not come to an end") {}
+};
+
+/// A database held in memory, which stops a reader after a number of reads.
+class MemorySource : public ByteSource {
+public:
+    MemorySource(std::vector<std::uint8_t> bytes, std::uint64_t mostReads)
+        : bytes_(std::move(bytes)), readsLeft_(mostReads)
+    {}
+
+    [[nodiscard]] std::size_t Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const override
+    {
+        if (readsLeft_-- == 0)
+            throw TooManyReads();
+        const std::uint64_t begin = std::min<std::uint64_t>(offset, bytes_.size());
+        const std::size_t count = std::min<std::uint64_t>(buffer.size(), bytes_.size() - begin);
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(begin), count, buffer.begin());
+        return count;
+    }
+
+    [[nodiscard]] std::uint64_t Size() const override { return bytes_.size(); }
+
+private:
+    std::vector<std::uint8_t> bytes_;
+    mutable std::uint64_t readsLeft_;
+};
+
+}  // namespace platform::jet

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "jet/memory_source.h"
+#include "platform/failure.h"
+#include "platform/jet/catalogue.h"
+#include "platform/jet/damage_report.h"
+#include "platform/jet/database_file.h"
+
+namespace platform::jet {
+
+struct Outcome {
+    std::int64_t rows = 0;
+    std::int64_t values = 0;
+    std::vector<Failure> failures;
+};
+
+/// Opens a database in memory and reads every column of every row of the table trans, keeping the Failures
+/// that come. Anything else that is thrown goes through.
+inline Outcome ReadEverything(const std::vector<std::uint8_t>& bytes, const std::string& password)
+{
+    constexpr std::uint64_t kReadsForEachPage = 200;
+    const std::uint64_t mostReads = 20'000 + kReadsForEachPage * bytes.size() / kJet3Layout.pageSize;
+    const auto source = [&] { return std::make_unique<MemorySource>(bytes, mostReads); };
+
+    Outcome outcome;
+    const auto attempt = [&](const std::function<void()>& step) {
+        try {
+            step();
+        } catch (const Failure& failure) {
+            outcome.failures.push_back(failure);
+        }
+    };
+    attempt([&] {
+        const auto records =
+            OpenDatabaseFile(source(), "memory", password)->OpenRecordset("SELECT * FROM trans ORDER BY ref");
+        const TableDefinition table =
+            ReportingDamage("memory", [&] { return FindTable(PageFile(source(), "memory"), "trans"); });
+        for (outcome.rows = records->RecordCount(); !records->AtEOF(); records->MoveNext())
+            for (const Column& column : table.columns)
+                attempt([&] {
+                    (void)records->Field(column.name);
+                    ++outcome.values;
+                });
+    });
+    return outcome;
+}
+
+}  // namespace platform::jet
