@@ -9,8 +9,6 @@ namespace {
 
 constexpr std::uint32_t kSignBit = 0x80000000;
 constexpr std::uint8_t kNotNull = 0x7F;
-constexpr std::size_t kFreeSpaceOffset = 2;
-constexpr std::size_t kOwnerOffset = 4;
 
 /// What one entry of a level stands for: in a node, `child` is the page that ends with this entry.
 struct Item {

@@ -31,8 +31,25 @@ struct Layout {
     [[nodiscard]] bool IsJet4() const { return format == Format::kJet4; }
 };
 
-inline constexpr Layout kJet3Layout = {Format::kJet3, 2048, 8, 2032, 133, 8, 20, 0x16, 0xF8};
-inline constexpr Layout kJet4Layout = {Format::kJet4, 4096, 12, 4076, 69, 12, 24, 0x1B, 0x1E0};
+inline constexpr Layout kJet3Layout = {.format = Format::kJet3,
+                                       .pageSize = 2048,
+                                       .rowCountOffset = 8,
+                                       .longValueRow = 2032,
+                                       .usageMapSize = 133,
+                                       .previousPageOffset = 8,
+                                       .prefixLengthOffset = 20,
+                                       .entryMaskOffset = 0x16,
+                                       .entriesOffset = 0xF8};
+
+inline constexpr Layout kJet4Layout = {.format = Format::kJet4,
+                                       .pageSize = 4096,
+                                       .rowCountOffset = 12,
+                                       .longValueRow = 4076,
+                                       .usageMapSize = 69,
+                                       .previousPageOffset = 12,
+                                       .prefixLengthOffset = 24,
+                                       .entryMaskOffset = 0x1B,
+                                       .entriesOffset = 0x1E0};
 
 [[nodiscard]] inline const Layout& LayoutOf(Format format)
 {
@@ -47,5 +64,14 @@ enum class PageType : std::uint8_t {
     kIndexLeaf = 4,
     kUsageBitmap = 5
 };
+
+/// Head of a page, after its type: u16 number of bytes that are free, and on data and index pages the u32
+/// page of the table's definition.
+inline constexpr std::size_t kFreeSpaceOffset = 2;
+inline constexpr std::size_t kOwnerOffset = 4;
+
+/// Sort order "General", and the code page of Jet 3 texts.
+inline constexpr std::uint16_t kGeneralSortOrder = 0x0409;
+inline constexpr std::uint16_t kCodePage1252 = 1252;
 
 }  // namespace tools

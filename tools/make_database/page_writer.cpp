@@ -8,8 +8,6 @@ namespace {
 
 constexpr std::uint32_t kMostPages = 0x80000;
 constexpr std::uint16_t kMostRowsOnAPage = 255;  // a row pointer has one byte for the row
-constexpr std::size_t kFreeSpaceOffset = 2;
-constexpr std::size_t kOwnerOffset = 4;
 constexpr std::size_t kOffsetSize = 2;
 
 }  // namespace

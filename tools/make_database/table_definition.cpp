@@ -7,11 +7,8 @@ namespace {
 
 constexpr std::uint32_t kJet4Record = 0x659;     // begins most records of a Jet 4 definition
 constexpr std::uint16_t kJet3PageMark = 0x4356;  // "VC", where Jet 4 has the page's free space
-constexpr std::size_t kFreeSpaceOffset = 2;
 constexpr std::size_t kLengthOffset = 8;
 constexpr std::size_t kHeadSize = 8;
-constexpr std::uint16_t kGeneralSortOrder = 0x0409;
-constexpr std::uint16_t kCodePage1252 = 1252;
 constexpr std::uint8_t kFixedLength = 0x01;
 constexpr std::uint8_t kMayBeNull = 0x02;
 constexpr std::uint8_t kCompressedText = 0x01;
