@@ -14,6 +14,7 @@
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
+#include "platform/qt/list_box_accessible.h"
 #include "platform/qt/text.h"
 
 namespace platform::qt {
@@ -25,6 +26,7 @@ constexpr int kTextMargin = 3;  // left and right of a line, in pixels
 
 ListBox::ListBox(QWidget* parent) : QAbstractScrollArea(parent)
 {
+    QAccessible::installFactory(&ListBoxAccessible::Create);
     setFocusPolicy(Qt::StrongFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }

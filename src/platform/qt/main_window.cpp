@@ -1,11 +1,9 @@
 #include "platform/qt/main_window.h"
 
-#include <QAccessible>
 #include <QIcon>
 #include <QLabel>
 
 #include "platform/qt/caption_font.h"
-#include "platform/qt/list_box_accessible.h"
 #include "platform/qt/text.h"
 
 /// The icons stand in a static library, whose resources must be asked for; the macro works outside namespaces
@@ -44,7 +42,6 @@ MainWindow::MainWindow(EventGate& gate)
       cmdClear(this, gate)
 {
     LoadResources();
-    QAccessible::installFactory(&ListBoxAccessible::Create);
     QIcon icon;
     icon.addFile(QStringLiteral(":/icons/trellivan-32.png"));
     icon.addFile(QStringLiteral(":/icons/trellivan-16.png"));

@@ -86,7 +86,7 @@ void Timer::Expired()
     // Once read, the descriptor stays quiet until it is armed again, so it does not spin while the tick
     // waits.
     std::uint64_t expirations = 0;
-    if (read(descriptor_, &expirations, sizeof expirations) <= 0 || waitingAtGate_)
+    if (read(descriptor_, &expirations, sizeof expirations) <= 0)
         return;
     waitingAtGate_ = true;
     gate_.Enter([this] { Deliver(); });
