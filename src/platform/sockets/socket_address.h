@@ -42,8 +42,6 @@ public:
     [[nodiscard]] const sockaddr* Data() const { return &storage_.any; }
     [[nodiscard]] socklen_t Size() const;
 
-    [[nodiscard]] bool operator==(const SocketAddress& other) const { return Text() == other.Text(); }
-
 private:
     union Storage {
         sockaddr any;

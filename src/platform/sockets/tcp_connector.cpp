@@ -20,7 +20,7 @@ int PendingError(const FileDescriptor& socket)
 /// A connect to a free port of this machine can pick that very port as its own and meet itself.
 bool IsConnectedToItself(const FileDescriptor& socket)
 {
-    return SocketAddress::OfSocket(socket.Number()) == SocketAddress::OfPeer(socket.Number());
+    return SocketAddress::OfSocket(socket.Number()).Text() == SocketAddress::OfPeer(socket.Number()).Text();
 }
 
 }  // namespace

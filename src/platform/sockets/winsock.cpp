@@ -12,22 +12,12 @@
 namespace platform::sockets {
 namespace {
 
-/// Data that a peer sends is of no use to the program; beyond this it is dropped unread.
-constexpr std::size_t kMostReceived = std::size_t{1} << 20;
-
 std::uint16_t CheckedPort(std::int32_t port)
 {
     if (port < 0 || port > std::numeric_limits<std::uint16_t>::max())
         throw Failure(failure::kInvalidPropertyValue,
                       "Port " + std::to_string(port) + " is outside 0 to 65535");
     return static_cast<std::uint16_t>(port);
-}
-
-template <class Handler, class... Arguments>
-void Raise(const Handler& handler, const Arguments&... arguments)
-{
-    if (handler)
-        handler(arguments...);
 }
 
 }  // namespace
@@ -185,13 +175,6 @@ void Winsock::ConnectTcp(Addresses addresses)
                                  }});
 }
 
-void Winsock::Connected(FileDescriptor socket)
-{
-    connector_.reset();
-    Serve(std::move(socket));
-    Raise(OnConnect);
-}
-
 void Winsock::ConnectUdp(const Addresses& addresses)
 {
     SetTarget(addresses);
@@ -227,62 +210,6 @@ void Winsock::SetTarget(const Addresses& addresses)
     const auto found = std::ranges::find(addresses, AF_INET, &SocketAddress::Family);
     target_ = found != addresses.end() ? *found : addresses.front();
     target_->SetPort(remotePort_);
-}
-
-void Winsock::Serve(FileDescriptor socket)
-{
-    connection_ = std::make_unique<TcpConnection>(
-        gate_, std::make_unique<TcpStream>(std::move(socket), waitingInAll_),
-        TcpConnection::Events{
-            .arrived = [this](std::string_view bytes) { TakeArrived(bytes); },
-            .ended = [this] { Raise(OnClose); },
-            .broken = [this](int error) { Fail(SocketFailure(error, "The connection is lost")); }});
-    state_ = kConnected;
-}
-
-void Winsock::Announce(FileDescriptor peer)
-{
-    requestingPeer_ = std::move(peer);
-    try {
-        Raise(OnConnectionRequest, ++lastRequest_);
-    } catch (...) {
-        requestingPeer_.Close();
-        throw;
-    }
-    requestingPeer_.Close();
-}
-
-void Winsock::TakeArrived(std::string_view bytes)
-{
-    if (received_.size() + bytes.size() > kMostReceived)
-        received_.clear();
-    received_.append(bytes);
-    Raise(OnDataArrival, received_.size());
-}
-
-void Winsock::TakeDatagrams(std::string_view bytes, const SocketAddress& sender)
-{
-    if (state_ == kListening || state_ == kOpen) {
-        target_ = sender;
-        remoteHost_ = sender.Host();
-        remotePort_ = sender.Port();
-    }
-    TakeArrived(bytes);
-}
-
-void Winsock::Fail(const Failure& reason)
-{
-    DropSockets();
-    state_ = kError;
-    Raise(OnError, reason.Number(), reason.Description());
-}
-
-void Winsock::DropSockets()
-{
-    connector_.reset();
-    connection_.reset();
-    listener_.reset();
-    udp_.reset();
 }
 
 }  // namespace platform::sockets

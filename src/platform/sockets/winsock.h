@@ -55,11 +55,12 @@ private:
     void RequireClosed(const char* operation) const;
     void Resolve(HostLookup::Answer answer);
     void ConnectTcp(Addresses addresses);
-    void Connected(FileDescriptor socket);
     void ConnectUdp(const Addresses& addresses);
     void OpenUdp(std::uint16_t port);
     void OpenUdpForPeers(std::uint16_t port, std::int16_t state);
     void SetTarget(const Addresses& addresses);
+
+    void Connected(FileDescriptor socket);
     void Serve(FileDescriptor socket);
     void Announce(FileDescriptor peer);
     void TakeArrived(std::string_view bytes);
