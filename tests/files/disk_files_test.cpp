@@ -120,13 +120,21 @@ TEST_F(DiskFiles, AnEqualValueReplacesNothing)
     EXPECT_EQ(StatusOf(config_).st_ino, before);
 }
 
-TEST_F(DiskFiles, WhatAKilledProgramLeftIsRemoved)
+TEST_F(DiskFiles, WhatAKilledProgramLeftIsRemovedAtTheNextSaveOrTrim)
 {
-    Fill(config_, "[S]\n");
-    Fill(folder_.Path(".Config.ini.new"), "half a f");
-    Write("x", config_);
-    EXPECT_EQ(Content(config_), "[S]\nkey=x\n");
-    EXPECT_EQ(folder_.NamesBut("Config.ini"), std::vector<std::string>{});
+    Fill(config_, "[S]\nkey=x\n");
+    fs::create_directory(folder_.Path("links"));
+    fs::create_symlink("../Config.ini", folder_.Path("links/link"));
+    const auto leftover = folder_.Path(".Config.ini.new");
+    for (const char* const value : {"x", "y"}) {
+        Fill(leftover, "half a f");
+        Write(value, config_);
+        EXPECT_FALSE(fs::exists(leftover));
+        EXPECT_EQ(profile_.GetPrivateProfileStringA("S", "key", 256, config_), value);
+    }
+    Fill(leftover, "half a f");
+    static_cast<void>(files_.OpenLocked(folder_.Path("links/link")));
+    EXPECT_FALSE(fs::exists(leftover));
 }
 
 }  // namespace

@@ -59,10 +59,9 @@ TEST(ProfileText, FindsAValueAsPeopleWriteIt)
 
 TEST(ProfileText, CutsAValueAtCharactersNotBytes)
 {
-    const std::string eAcute = "\xC3\xA9";
-    for (const std::string& stored : {eAcute + eAcute + eAcute, std::string("\xE9\xE9\xE9")}) {
+    for (const std::string& stored : {std::string("\xC3\xA9\xC3\xA9\xC3\xA9"), std::string("\xE9\xE9\xE9")}) {
         const std::string text = "[S]\nk=" + stored;
-        EXPECT_EQ(FindProfileValue(text, "S", "k", 2), eAcute + eAcute);
+        EXPECT_EQ(FindProfileValue(text, "S", "k", 2), "\xC3\xA9\xC3\xA9");
         EXPECT_EQ(FindProfileValue(text, "S", "k", 0), "");
     }
     const std::string longText = "[S]\nk=" + std::string(300, 'x');

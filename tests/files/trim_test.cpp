@@ -92,16 +92,33 @@ TEST_F(Trimming, LimitsTheLinesBeforeTheirAge)
 
 TEST_F(Trimming, ReadsLinesAcrossThePiecesInWhichTheFileIsRead)
 {
+    constexpr std::size_t kPiece = 256 * 1024;
     std::string before;
     std::string after;
-    for (std::size_t i = 0; i < 3000; ++i) {
-        const std::string line =
-            "5/15/2021 " + std::string(i % 997, 'x') + (i == 1000 ? std::string(700000, 'y') : "");
+    const auto add = [&](const std::string& line, bool kept) {
         before += line + "\r\n";
-        after += i >= 500 ? line + "\r\n" : "";
+        after += kept ? line + "\r\n" : "";
+    };
+    for (std::size_t i = 0; i < 2000; ++i)
+        add("5/15/2021 " + std::string(i % 997, 'x'), i >= 500);
+    add("5/13/2021 " + std::string(3 * kPiece, 'y'), false);
+    add("5/15/2021 " + std::string(3 * kPiece, 'y'), true);
+    EXPECT_EQ(Trimmed(before, 1502, kNoon), after);
+    EXPECT_EQ(formats_.asked, 3) << "a date is read once for all lines of a day";
+}
+
+TEST_F(Trimming, FindsALineEndAtTheEdgeOfAPiece)
+{
+    constexpr std::size_t kPiece = 256 * 1024;
+    for (std::size_t length = kPiece - 3; length <= kPiece + 1; ++length) {
+        const std::string line(length, 'x');
+        for (const char* const end : {"", "\n", "\r\n"}) {
+            EXPECT_TRUE(Trimmed("a\n" + line + end, kNoLineLimit, kNoon) == "a\r\n" + line + "\r\n")
+                << length;
+            EXPECT_TRUE(Trimmed(line + end, 1, kNoCutoff) == line + end) << length;
+        }
+        EXPECT_TRUE(Trimmed(line + "\rb", kNoLineLimit, kNoon) == line + "\rb\r\n") << length;
     }
-    EXPECT_EQ(Trimmed(before, 2500, kNoon), after);
-    EXPECT_EQ(formats_.asked, 1) << "a date is read once for all lines of a day";
 }
 
 TEST_F(Trimming, IsSilentWhereThereIsNoLog)

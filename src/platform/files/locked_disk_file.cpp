@@ -6,14 +6,17 @@
 
 namespace platform::files {
 
-LockedDiskFile::LockedDiskFile(const std::string& path) : path_(path), file_(OpenAndLock(path, O_RDWR)) {}
+LockedDiskFile::LockedDiskFile(const std::string& path) : path_(path), file_(OpenAndLock(path, O_RDWR))
+{
+    Replacement::RemoveLeftover(path);
+}
 
 std::int64_t LockedDiskFile::CountLines() const
 {
     LineReader reader(file_, path_);
     std::int64_t count = 0;
-    while (reader.Next())
-        ++count;
+    while (const auto piece = reader.Next())
+        count += piece->endsLine ? 1 : 0;
     return count;
 }
 
@@ -22,11 +25,17 @@ void LockedDiskFile::KeepLines(const std::function<bool(std::int64_t number, std
     LineReader reader(file_, path_);
     Replacement replacement(path_, file_);
     std::int64_t number = 0;
-    while (const auto line = reader.Next()) {
-        if (!keep(++number, *line))
+    bool beginsLine = true;
+    bool kept = false;
+    while (const auto piece = reader.Next()) {
+        if (beginsLine)
+            kept = keep(++number, piece->text);
+        beginsLine = piece->endsLine;
+        if (!kept)
             continue;
-        replacement.Write(*line);
-        replacement.Write("\r\n");
+        replacement.Write(piece->text);
+        if (piece->endsLine)
+            replacement.Write("\r\n");
     }
     replacement.Commit();
 }

@@ -11,7 +11,7 @@ namespace platform::files {
 namespace {
 
 constexpr mode_t kReadableAndWritable = 0666;
-constexpr std::size_t kPiece = 64 * 1024;
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
 /// More than any race with other programs takes (against one that trims without a pause, a hundred and more);
 /// a file system that numbers its files anew at every look must not keep us here for ever.

@@ -26,6 +26,7 @@ void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, con
 {
     try {
         FileDescriptor file = OpenAndLock(path, O_RDWR);
+        Replacement::RemoveLeftover(path);
         const std::string text = ReadAll(file, path);
         const std::string changed = WithProfileEntries(text, std::array{ProfileEntry{section, key, value}});
         if (changed == text)

@@ -14,7 +14,7 @@
 namespace platform::files {
 namespace {
 
-constexpr std::size_t kPiece = 256 * 1024;
+constexpr std::size_t kPiece = std::size_t{256} * 1024;
 constexpr mode_t kOwnerOnly = 0600;
 constexpr mode_t kPermissionBits = 07777;
 
@@ -24,6 +24,12 @@ std::string WithoutSymbolicLinks(const std::string& path)
     if (::realpath(path.c_str(), resolved.data()) == nullptr)
         ThrowErrno(path);
     return resolved.data();
+}
+
+std::string TemporaryName(const std::string& target)
+{
+    const std::size_t name = target.rfind('/') + 1;
+    return target.substr(0, name) + '.' + target.substr(name) + ".new";
 }
 
 /// A full disk is a failure; every other reason not to make a new file leaves writing in place.
@@ -62,13 +68,16 @@ void ReserveRoom(const FileDescriptor& file, std::int64_t size, const std::strin
 }  // namespace
 
 Replacement::Replacement(const std::string& path, FileDescriptor& file)
-    : target_(WithoutSymbolicLinks(path)), file_(file)
+    : target_(WithoutSymbolicLinks(path)), temporary_(TemporaryName(target_)), file_(file)
 {
     if (!S_ISREG(StatusOf(file_, target_).st_mode))
         ThrowError(EINVAL, target_);
-    const std::size_t name = target_.rfind('/') + 1;
-    temporary_ = target_.substr(0, name) + '.' + target_.substr(name) + ".new";
     OpenNewFile();
+}
+
+void Replacement::RemoveLeftover(const std::string& path)
+{
+    ::unlink(TemporaryName(WithoutSymbolicLinks(path)).c_str());
 }
 
 Replacement::~Replacement()
@@ -93,7 +102,6 @@ void Replacement::Commit()
 
 void Replacement::OpenNewFile()
 {
-    ::unlink(temporary_.c_str());
     const std::string folder = target_.substr(0, target_.rfind('/') + 1);
     newFile_ = FileDescriptor(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kOwnerOnly));
     if (newFile_.IsOpen())

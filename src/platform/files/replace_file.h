@@ -14,7 +14,8 @@ namespace platform::files {
 /// are kept.
 ///
 /// The new file has no name until it is complete, where the file system can do that; otherwise, and for the
-/// moment before the move, it is "." + name + ".new". One that a killed program left there is removed.
+/// moment before the move, it is "." + name + ".new". A program killed then leaves it there; it is in the way
+/// of the next replacement, so whoever has locked the file removes it first.
 ///
 /// Where no new file can be made or moved (the folder is closed to writing, the file is a mount of its own),
 /// the content is written over the old one, once it is complete and room for it is sure.
@@ -22,6 +23,9 @@ namespace platform::files {
 /// Failure:   any step that the system refuses, kDiskFull among them; the file is then as it was.
 class Replacement {
 public:
+    /// Removes what a killed program left beside the file at `path`, which the caller has locked.
+    static void RemoveLeftover(const std::string& path);
+
     /// Borrows `file`, which is what stands at `path`, open for reading and writing, and locked. A file that
     /// is no regular one is refused (kPathFileAccess).
     Replacement(const std::string& path, FileDescriptor& file);
