@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "make_database/receipt_reader.h"
 #include "platform/ansi_code_page.h"
 
 namespace tools {
@@ -18,8 +19,12 @@ std::string_view WithoutRecordedTime(std::string_view received)
 
 }  // namespace
 
-std::vector<std::string> FeedOf(std::vector<Receipt> receipts)
+std::vector<std::string> FeedOf(std::istream& csv)
 {
+    ReceiptReader reader(csv);
+    std::vector<Receipt> receipts;
+    for (Receipt receipt; reader.Next(receipt);)
+        receipts.push_back(receipt);
     std::ranges::stable_sort(receipts, {}, &Receipt::ref);
     std::vector<std::string> feed;
     for (const Receipt& receipt : receipts)

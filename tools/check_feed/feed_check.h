@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <istream>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "make_database/database_writer.h"
 
 namespace tools {
 
@@ -15,9 +14,9 @@ struct FeedCheck {
     std::size_t bytes = 0;    // bytes up to the end of the last of them
 };
 
-/// The texts of the receipts in ascending `ref`, as they go onto the wire: one byte a character in code page
-/// 1252.
-[[nodiscard]] std::vector<std::string> FeedOf(std::vector<Receipt> receipts);
+/// The texts of a CSV's receipts in ascending `ref`, as they go onto the wire: one byte a character in code
+/// page 1252. Failure: as ReceiptReader.
+[[nodiscard]] std::vector<std::string> FeedOf(std::istream& csv);
 
 /// Compares what a receiver got with a feed. A record may carry its recorded time: the byte 0x01, the time's
 /// text and the byte 0x02. The check ends at the first difference.

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "check_feed/feed_check.h"
-#include "make_database/receipt_reader.h"
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 
@@ -25,16 +24,6 @@ std::ifstream Open(const std::string& path)
     return file;
 }
 
-std::vector<tools::Receipt> ReceiptsOf(const std::string& path)
-{
-    std::ifstream file = Open(path);
-    tools::ReceiptReader reader(file);
-    std::vector<tools::Receipt> receipts;
-    for (tools::Receipt receipt; reader.Next(receipt);)
-        receipts.push_back(receipt);
-    return receipts;
-}
-
 std::string ContentOf(const std::string& path)
 {
     std::ifstream file = Open(path);
@@ -50,7 +39,8 @@ int main(int argumentCount, char** arguments)
         return 2;
     }
     try {
-        const auto feed = tools::FeedOf(ReceiptsOf(arguments[1]));
+        std::ifstream csv = Open(arguments[1]);
+        const auto feed = tools::FeedOf(csv);
         const std::string received = ContentOf(arguments[2]);
         const auto check = tools::CheckFeed(feed, received);
         const bool same = check.records == feed.size() && check.bytes == received.size();
