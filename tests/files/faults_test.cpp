@@ -140,32 +140,22 @@ TEST_F(Faults, AFullDiskLeavesTheOldContentsOfFilesWrittenInPlace)
     });
 }
 
-TEST_F(Faults, AReadOnlyFolderLeavesTheOldContents)
+TEST_F(Faults, WhatIsClosedToWritingIsNotReplaced)
 {
-    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
-        MountMemory("");
-        FillFolder();
-        CloseToWriting(folder_.Path());
-        Save("new");
-        ExpectAppendFails(failure::kPermissionDenied);
-        Trim(10);
-        ExpectOldContents();
-    });
-}
-
-TEST_F(Faults, AReadOnlyFileIsNotReplaced)
-{
-    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
-        FillFolder();
-        for (const std::string& path : {config_, log_}) {
-            MakeMountOfItsOwn(path);
-            CloseToWriting(path);
-        }
-        Save("new");
-        ExpectAppendFails(failure::kPermissionDenied);
-        Trim(10);
-        ExpectOldContents();
-    });
+    const std::vector<std::string> closings[] = {{folder_.Path()}, {config_, log_}};
+    for (const std::vector<std::string>& closed : closings) {
+        EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
+            FillFolder();
+            for (const std::string& path : closed) {
+                MakeMountOfItsOwn(path);
+                CloseToWriting(path);
+            }
+            Save("new");
+            ExpectAppendFails(failure::kPermissionDenied);
+            Trim(10);
+            ExpectOldContents();
+        });
+    }
 }
 
 TEST_F(Faults, WithoutAPlaceForANewFileItIsWrittenInPlace)
