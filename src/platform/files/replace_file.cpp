@@ -153,6 +153,8 @@ void Replacement::CopyOverFile()
     std::string piece(kPiece, '\0');
     for (std::int64_t position = 0; position < written_;) {
         const std::size_t count = ReadAt(newFile_, position, piece.data(), piece.size(), target_);
+        if (count == 0)
+            ThrowError(EIO, target_);
         WriteAt(file_, position, std::string_view(piece).substr(0, count), target_);
         position += static_cast<std::int64_t>(count);
     }

@@ -18,7 +18,8 @@ namespace platform::files {
 /// of the next replacement, so whoever has locked the file removes it first.
 ///
 /// Where no new file can be made or moved (the folder is closed to writing, the file is a mount of its own),
-/// the content is written over the old one, once it is complete and room for it is sure.
+/// the content is written over the old one, once it is complete and room for it is sure. That alone is not
+/// one step: a program killed in the middle of it leaves a mixture.
 ///
 /// Failure:   any step that the system refuses, kDiskFull among them; the file is then as it was.
 class Replacement {
