@@ -29,6 +29,12 @@ template <class Integer>
     return static_cast<Integer>(whole);
 }
 
+/// A count and one more. Failure: kOverflow past the type's last number.
+[[nodiscard]] inline std::int32_t Successor(std::int32_t count)
+{
+    return ToInteger<std::int32_t>(count + 1.0);
+}
+
 /// The number that a text stands for. Failure: kTypeMismatch where it is none.
 [[nodiscard]] double ToNumber(std::string_view text, const RegionalFormats& formats);
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
+
+#include "platform/locked_text_file.h"
 
 namespace platform {
 
@@ -16,6 +19,10 @@ public:
     /// file at the same time lose nothing. Failure: kPathNotFound, kPermissionDenied, kPathFileAccess,
     /// kDiskFull.
     virtual void Append(const std::string& path, const std::string& bytes) = 0;
+
+    /// Opens an existing file for reading and replacing, waiting until no other program appends to it or has
+    /// it open in this way. Failure: as for Append.
+    [[nodiscard]] virtual std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) = 0;
 };
 
 }  // namespace platform

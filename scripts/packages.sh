@@ -1,0 +1,22 @@
+# Sourced by the other scripts: what they need from Debian 12, and how it gets here.
+
+build_packages=(cmake g++ ninja-build qt6-base-dev)
+run_packages=(socat)
+headless_packages=(imagemagick xdotool xvfb)
+test_packages=(clang-format-14 clang-tidy-14 fonts-dejavu-core iproute2 libgtest-dev locales mdbtools
+    nlohmann-json3-dev util-linux)
+bench_packages=(libbenchmark-dev mdbtools)
+
+# Installs those of the named packages that are missing.
+install_packages() {
+    local missing=() name
+    for name in "$@"; do
+        [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$name" 2>/dev/null) == installed ]] || missing+=("$name")
+    done
+    ((${#missing[@]})) || return 0
+    local as_root=()
+    ((EUID == 0)) || as_root=(sudo)
+    "${as_root[@]}" apt-get update --quiet --quiet
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install --quiet --quiet --yes --no-install-recommends \
+        "${missing[@]}"
+}

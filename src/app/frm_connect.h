@@ -1,0 +1,138 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/mod_globals.h"
+#include "app/pending_failure.h"
+#include "app/window_controls.h"
+#include "platform/clock.h"
+#include "platform/database.h"
+#include "platform/event_queue.h"
+#include "platform/file_system.h"
+#include "platform/regional_formats.h"
+
+namespace trellivan {
+
+/// The main window's logic: its state and the handler of every event, each implemented in the room whose
+/// concern it is. The constructor sets the handlers; after that Form_Load is the only call from outside.
+///
+/// Ownership: everything given is borrowed and must outlive this object, except that no event may arrive
+/// after it
+///            has gone.
+/// Failures:  no handler lets one out that it is meant to handle. A procedure is of one of two styles:
+/// "abandon"
+///            (one try, ended by the first failure, one record) or "continue" (each step through a
+///            PendingFailure, the last failure recorded at the end). The style stands beside its definition.
+class frmConnect : private WindowControls {
+public:
+    frmConnect(const WindowControls& controls, modGlobals& globals, platform::DatabaseEngine& engine,
+               platform::FileSystem& files, platform::EventQueue& events, const platform::Clock& clock,
+               const platform::RegionalFormats& formats);
+    frmConnect(const frmConnect&) = delete;
+    frmConnect& operator=(const frmConnect&) = delete;
+
+    /// The start-up sequence. Once, before the window is shown.
+    void Form_Load();
+
+private:
+    // app: start-up, status list, open file
+    void DefaultSettings();
+    void OpenTransport(PendingFailure& pending);
+    void StatusLine(const std::string& line);
+    void ShowStatus(const std::string& message);
+    void cmdOpenDialogue_Click();
+
+    // app: what all procedures share
+    [[nodiscard]] std::string TimeOfDay() const;
+    [[nodiscard]] std::int32_t WholeNumber(const std::string& text) const;
+    [[nodiscard]] bool IsClientRole() const;
+    [[nodiscard]] bool IsTcp() const;
+    [[nodiscard]] bool IsMulticast() const;
+    template <class Action>
+    static void Recover(Action&& action);
+    void RecordAbandoned(const std::string& procedure);
+    void Record(PendingFailure& pending, const std::string& description, const std::string& procedure);
+    void RecordIfPending(PendingFailure& pending, const std::string& procedure);
+
+    // config
+    void LoadConfigSettings();
+    void LoadInterval(PendingFailure& pending);
+    void LoadReconnect(PendingFailure& pending);
+    template <class Control>
+    void LoadText(PendingFailure& pending, const std::string& section, const std::string& key,
+                  Control& control, std::string& variable);
+    void SaveConfigSettings();
+    void cmdApply_Click();
+    [[nodiscard]] std::string ReadSetting(const std::string& section, const std::string& key);
+
+    // source
+    void InitializeDB();
+    void RefuseDatabase(const std::string& message);
+    [[nodiscard]] std::unique_ptr<platform::Database> OpenDatabaseOfType();
+    [[nodiscard]] platform::RecordSet& OpenTransactionSet();
+
+    // transport
+    void SetWinsockSettings();
+    void TakeConnectionSettings();
+    void SetWinsockTarget();
+    void OpenLocalPort();
+    void ShowListening();
+    void OpenMulticastGroup();
+    void WinsockConnect_Connect();
+    void WinsockConnect_ConnectionRequest(platform::WinsockControl::RequestId request);
+    void WinsockConnect_DataArrival();
+    void WinsockConnect_Close();
+    void WinsockConnect_Error(int number, const std::string& description);
+    void MCSockConnect_Error();
+
+    // replay
+    void cmdPlay_Click();
+    void cmdPause_Click();
+    void cmdClear_Click();
+    void TakeInterval();
+    [[nodiscard]] std::optional<double> AcceptedInterval(const std::string& text) const;
+    void ConnectOrListen();
+    void tmrSendData_Timer();
+    [[nodiscard]] bool SocketReady(PendingFailure& pending);
+    void ReopenSocket(PendingFailure& pending);
+    void ReportSocketState(PendingFailure& pending);
+    [[nodiscard]] bool FileComplete(PendingFailure& pending);
+    void SendCurrentRecord(PendingFailure& pending);
+    void SendRecord(PendingFailure& pending, const std::string& recordText);
+    void ShowRecordedTime();
+
+    modGlobals& globals_;
+    platform::DatabaseEngine& engine_;
+    platform::FileSystem& files_;
+    platform::EventQueue& events_;
+    const platform::Clock& clock_;
+    const platform::RegionalFormats& formats_;
+
+    std::string ConnectMode;
+    std::string IPAddress;  // remote address or multicast group
+    std::string PortNumber;
+    std::string ProtocolName;
+    bool ReconnectOn = false;
+
+    std::string FilePath;  // as chosen or configured; may be relative
+    std::string FileType;  // "sdd" or "mdb" once a file with an accepted name was tried
+    bool DBInitialized = false;
+    std::unique_ptr<platform::Database> TransactionDB;
+    std::unique_ptr<platform::RecordSet> TransactionSet;
+
+    std::int16_t TimerInterval = 0;     // milliseconds
+    std::int32_t RecordsSent = 0;       // records shown since the last Clear
+    std::int32_t StatusLinesAdded = 0;  // index of the next line of lstStatus
+};
+
+/// One step of a recovery: what fails in it is let go, so that the rest of the recovery still runs.
+template <class Action>
+void frmConnect::Recover(Action&& action)
+{
+    PendingFailure().Step(std::forward<Action>(action));
+}
+
+}  // namespace trellivan

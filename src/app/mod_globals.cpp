@@ -1,0 +1,70 @@
+#include "app/mod_globals.h"
+
+#include <filesystem>
+#include <utility>
+#include <variant>
+
+#include "errorlog/trim.h"
+
+namespace trellivan {
+namespace {
+
+constexpr const char* kLogSection = "Error Log";
+constexpr std::int32_t kDefaultLogLines = 2000;
+
+}  // namespace
+
+modGlobals::modGlobals(std::string executableDirectory, platform::FileSystem& files,
+                       platform::ProfileFile& profile, const platform::Clock& clock,
+                       const platform::RegionalFormats& formats)
+    : executableDirectory_(std::move(executableDirectory)),
+      files_(files),
+      profile_(profile),
+      clock_(clock),
+      formats_(formats)
+{}
+
+void modGlobals::SetGlobals()  // abandon
+{
+    try {
+        ConfigFilePath_ = executableDirectory_ + "/Config.ini";
+        ErrorLogFilePath_ = executableDirectory_ + "/Trellivan Error.log";
+    } catch (...) {
+        WriteErrorLog(platform::CurrentFailure(), "modGlobals.SetGlobals");
+    }
+}
+
+void modGlobals::GlobalsMain()  // abandon
+{
+    try {
+        SetGlobals();
+        const std::int32_t lineLimit = LogLineLimit();
+        TrimErrorLog(lineLimit, LogAgeCutoff(), ErrorLogFilePath_, files_, formats_);
+    } catch (...) {
+        WriteErrorLog(platform::CurrentFailure(), "modGlobals.GlobalsMain");
+    }
+}
+
+std::int32_t modGlobals::LogLineLimit()
+{
+    IniValue lines = std::int16_t{0};
+    if (!GetINIValue(ConfigFilePath_, kLogSection, "Error_Log_Length", lines, value_kind::kInteger,
+                     kValueLength))
+        return kDefaultLogLines;
+    return std::get<std::int16_t>(lines);
+}
+
+platform::DateTime modGlobals::LogAgeCutoff()
+{
+    IniValue days = std::string();
+    GetINIValue(ConfigFilePath_, kLogSection, "Error_Log_Days", days, value_kind::kText, kValueLength);
+    const auto number = formats_.Number(std::get<std::string>(days));
+    return number ? platform::MinusDays(clock_.Now(), *number) : kNoLogAgeLimit;
+}
+
+std::string modGlobals::FullPath(const std::string& path) const
+{
+    return std::filesystem::path(executableDirectory_) / path;
+}
+
+}  // namespace trellivan

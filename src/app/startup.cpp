@@ -1,0 +1,49 @@
+#include "app/frm_connect.h"
+#include "platform/conversions.h"
+
+namespace trellivan {
+
+void frmConnect::Form_Load()  // continue
+{
+    PendingFailure pending;
+    pending.Step([&] { window.SetCaption("Trellivan"); });
+    globals_.GlobalsMain();
+    DefaultSettings();
+    LoadConfigSettings();
+    InitializeDB();
+    OpenTransport(pending);
+    RecordIfPending(pending, "frmConnect.Form.Load");
+}
+
+void frmConnect::OpenTransport(PendingFailure& pending)
+{
+    if (pending.Test([&] { return platform::UpperCase(cboProtocol.Text()) == "MCAST"; }))
+        pending.Step([&] { OpenMulticastGroup(); });
+    else
+        SetWinsockSettings();
+}
+
+void frmConnect::DefaultSettings()  // continue
+{
+    PendingFailure pending;
+    const auto addItems = [&](platform::DropDownList& list, std::initializer_list<const char*> items) {
+        for (const auto* item : items)
+            pending.Step([&] { list.AddItem(item); });
+    };
+    pending.Step([&] { tmrSendData.SetEnabled(false); });
+    TimerInterval = 25;
+    pending.Step([&] { tmrSendData.SetInterval(TimerInterval); });
+    pending.Step([&] { txtIPAddress.SetText("127.0.0.1"); });
+    pending.Step([&] { txtPortNumber.SetText("5015"); });
+    addItems(cboProtocol, {"TCP", "UDP", "MCAST"});
+    pending.Step([&] { cboProtocol.SetText("TCP"); });
+    addItems(cboConnect, {"Listen", "Connect"});
+    pending.Step([&] { cboConnect.SetText("Connect"); });
+    pending.Step([&] { chkReconnect.SetValue(0); });
+    pending.Step([&] { txtFilePath.SetText(""); });
+    FilePath.clear();
+    pending.Step([&] { lstStatus.Clear(); });
+    RecordIfPending(pending, "frmConfig.DefaultSettings");
+}
+
+}  // namespace trellivan

@@ -1,0 +1,117 @@
+#include <limits>
+#include <string>
+#include <variant>
+
+#include "app/frm_connect.h"
+#include "platform/conversions.h"
+
+namespace trellivan {
+namespace {
+
+using platform::ToInteger;
+using platform::ToNumber;
+
+constexpr const char* kTimerSection = "Timer";
+constexpr const char* kConnectionSection = "TCP/IP Settings";
+constexpr const char* kDatabaseSection = "Database File";
+
+}  // namespace
+
+void frmConnect::LoadConfigSettings()  // continue
+{
+    PendingFailure pending;
+    if (pending.Test([&] { return !files_.FileExists(globals_.ConfigFilePath()); })) {
+        pending.Step([&] { ShowStatus("  Config.ini is Not Found" + globals_.ConfigFilePath()); });
+        Record(pending, "Config.ini File not found! ", "frmConnect.LoadConfigSettings");
+        return;
+    }
+    LoadInterval(pending);
+    LoadText(pending, kConnectionSection, "IpAddress", txtIPAddress, IPAddress);
+    LoadText(pending, kConnectionSection, "PortNumber", txtPortNumber, PortNumber);
+    LoadText(pending, kConnectionSection, "Connect", cboConnect, ConnectMode);
+    LoadText(pending, kConnectionSection, "Protocol", cboProtocol, ProtocolName);
+    LoadReconnect(pending);
+    LoadText(pending, kDatabaseSection, "Filepath", txtFilePath, FilePath);
+    RecordIfPending(pending, "frmConnect.LoadConfigSettings");
+}
+
+void frmConnect::LoadInterval(PendingFailure& pending)
+{
+    const std::string text = ReadSetting(kTimerSection, "Interval");
+    const auto interval = AcceptedInterval(text);
+    if (!interval || *interval < std::numeric_limits<std::int16_t>::min()) {
+        Record(pending, "Timer Interval is incorrect: " + text,
+               "frmConnect.LoadConfigSettings.TimerInterval");
+        return;
+    }
+    TimerInterval = ToInteger<std::int16_t>(*interval);
+    pending.Step([&] { txtTimerInterval.SetText(std::to_string(TimerInterval)); });
+    pending.Step([&] { tmrSendData.SetInterval(TimerInterval); });
+}
+
+/// A key that is missing or empty leaves its control and its variable as they were; a control that refuses
+/// the text does not keep it from the variable.
+template <class Control>
+void frmConnect::LoadText(PendingFailure& pending, const std::string& section, const std::string& key,
+                          Control& control, std::string& variable)
+{
+    const std::string text = ReadSetting(section, key);
+    if (text.empty())
+        return;
+    pending.Step([&] { control.SetText(text); });
+    variable = text;
+}
+
+void frmConnect::LoadReconnect(PendingFailure& pending)
+{
+    const std::string text = ReadSetting(kConnectionSection, "Reconnect");
+    if (text.empty())
+        return;
+    ReconnectOn = platform::UpperCase(text) == "YES";
+    pending.Step([&] { chkReconnect.SetValue(ReconnectOn ? 1 : 0); });
+}
+
+void frmConnect::SaveConfigSettings()  // continue
+{
+    PendingFailure pending;
+    if (pending.Test([&] { return !files_.FileExists(globals_.ConfigFilePath()); })) {
+        pending.Step([&] { ShowStatus("  Config.ini File not Found"); });
+        Record(pending, pending.Description(), "frmConnect.SaveConfigSettings");
+        return;
+    }
+    const auto write = [&](const char* section, const char* key, const auto& textOf) {
+        pending.Step([&] { globals_.WriteINIValue(section, key, textOf()); });
+    };
+    const auto save = [&](const char* key, const auto& control, std::string& variable) {
+        write(kConnectionSection, key, [&] { return control.Text(); });
+        pending.Step([&] { variable = control.Text(); });
+    };
+    write(kTimerSection, "Interval", [&] { return txtTimerInterval.Text(); });
+    pending.Step(
+        [&] { TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_)); });
+    save("IpAddress", txtIPAddress, IPAddress);
+    save("PortNumber", txtPortNumber, PortNumber);
+    save("Protocol", cboProtocol, ProtocolName);
+    save("Connect", cboConnect, ConnectMode);
+    const bool reconnect = pending.Test([&] { return chkReconnect.Value() == 1; });
+    write(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
+    ReconnectOn = reconnect;
+    write(kDatabaseSection, "FilePath", [&] { return FilePath; });
+    pending.Step([&] { ShowStatus("  Settings saved"); });
+    RecordIfPending(pending, "frmConnect.SaveConfigSettings");
+}
+
+void frmConnect::cmdApply_Click()  // no failure handling of its own: both steps have theirs
+{
+    cmdClear_Click();
+    SaveConfigSettings();
+}
+
+std::string frmConnect::ReadSetting(const std::string& section, const std::string& key)
+{
+    IniValue value = std::string();
+    globals_.GetINIValue(globals_.ConfigFilePath(), section, key, value, value_kind::kText, kValueLength);
+    return std::get<std::string>(value);
+}
+
+}  // namespace trellivan

@@ -1,0 +1,78 @@
+#include "errorlog/trim.h"
+
+#include <chrono>
+#include <string_view>
+
+#include "platform/ansi_code_page.h"
+
+namespace trellivan {
+namespace {
+
+using platform::DateTime;
+using platform::LockedTextFile;
+using platform::RegionalFormats;
+
+/// Tells which lines are too old by the date in front of their first blank.
+class AgeLimit {
+public:
+    AgeLimit(DateTime cutoff, const RegionalFormats& formats) : cutoff_(cutoff), formats_(formats) {}
+
+    [[nodiscard]] bool Keeps(std::string_view line)
+    {
+        const std::size_t blank = line.find(' ');
+        if (blank == std::string_view::npos || blank == 0)
+            return true;
+        const std::string_view text = line.substr(0, blank);
+        // The lines of one day follow each other, and reading a date is the dear part of a large log.
+        if (text != lastText_) {
+            lastKept_ = KeepsDate(text);
+            lastText_ = text;
+        }
+        return lastKept_;
+    }
+
+private:
+    [[nodiscard]] bool KeepsDate(std::string_view text) const
+    {
+        const auto moment = formats_.DateOrTime(platform::FromAnsi(text));
+        const bool hasDate = moment && std::chrono::floor<std::chrono::days>(*moment) != platform::DayZero();
+        return !hasDate || *moment > cutoff_;
+    }
+
+    DateTime cutoff_;
+    const RegionalFormats& formats_;
+    std::string lastText_;
+    bool lastKept_ = true;
+};
+
+void KeepNewestLines(LockedTextFile& log, std::int64_t limit)
+{
+    const std::int64_t surplus = log.CountLines() - limit;
+    if (surplus > 0)
+        log.KeepLines([&](std::int64_t number, std::string_view) { return number > surplus; });
+}
+
+void DropOldLines(LockedTextFile& log, AgeLimit limit)
+{
+    log.KeepLines([&](std::int64_t, std::string_view line) { return limit.Keeps(line); });
+}
+
+}  // namespace
+
+void TrimErrorLog(std::int32_t lineLimit, DateTime ageCutoff, const std::string& path,
+                  platform::FileSystem& files, const RegionalFormats& formats)
+{
+    try {
+        if (!files.FileExists(path))
+            return;
+        const auto log = files.OpenLocked(path);
+        if (lineLimit >= 0)
+            KeepNewestLines(*log, lineLimit);
+        if (ageCutoff > kNoLogAgeLimit)
+            DropOldLines(*log, AgeLimit(ageCutoff, formats));
+    } catch (...) {
+        // Nothing of the program depends on a trimmed log, and a record about it would only make it longer.
+    }
+}
+
+}  // namespace trellivan

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+#include "platform/date_time.h"
+#include "platform/file_system.h"
+#include "platform/regional_formats.h"
+
+namespace trellivan {
+
+/// The cutoff that stands for no age limit, like every earlier one.
+inline constexpr platform::DateTime kNoLogAgeLimit =
+    std::chrono::local_days{std::chrono::year{1980} / std::chrono::January / 1};
+
+/// Keeps the error log within two limits; no log, nothing to do. First, unless the line limit is negative,
+/// only that many lines remain, the newest; a log that is short enough is not touched. Then, when the cutoff
+/// is later than 1 January 1980, the lines whose date is not later than the cutoff go, and the log is written
+/// anew in any case. Lines that begin with no date in the regional format stay; so do lines that begin with a
+/// time alone.
+///
+/// The first failure ends the trimming silently; the log keeps what the last complete pass left. Records that
+/// other programs write meanwhile wait for the end and are kept.
+void TrimErrorLog(std::int32_t lineLimit, platform::DateTime ageCutoff, const std::string& path,
+                  platform::FileSystem& files, const platform::RegionalFormats& formats);
+
+}  // namespace trellivan

@@ -1,0 +1,37 @@
+#include "platform/files/file_system.h"
+
+#include <cerrno>
+
+#include "platform/files/errno_failure.h"
+#include "platform/files/locked_disk_file.h"
+#include "platform/files/open_file.h"
+
+namespace platform::files {
+
+bool DiskFileSystem::FileExists(const std::string& path) const
+{
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+void DiskFileSystem::Append(const std::string& path, const std::string& bytes)
+{
+    const FileDescriptor file = OpenAndLock(path, O_WRONLY | O_APPEND | O_CREAT);
+    const off_t oldSize = StatusOf(file, path).st_size;
+    const ssize_t count = ::write(file.Get(), bytes.data(), bytes.size());
+    if (count < 0)
+        ThrowErrno(path);
+    if (static_cast<std::size_t>(count) == bytes.size())
+        return;
+    // A part of a record is worse than none: the next one would be glued to it.
+    if (::ftruncate(file.Get(), oldSize) != 0)
+        ThrowErrno(path);
+    ThrowError(ENOSPC, path);
+}
+
+std::unique_ptr<LockedTextFile> DiskFileSystem::OpenLocked(const std::string& path)
+{
+    return std::make_unique<LockedDiskFile>(path);
+}
+
+}  // namespace platform::files

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/file_system.h"
+
+namespace platform::files {
+
+/// The files of this machine. Appending and OpenLocked take the same lock, also against other programs of
+/// this kind.
+class DiskFileSystem final : public FileSystem {
+public:
+    [[nodiscard]] bool FileExists(const std::string& path) const override;
+    void Append(const std::string& path, const std::string& bytes) override;
+    [[nodiscard]] std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) override;
+};
+
+}  // namespace platform::files

@@ -1,0 +1,42 @@
+#include "platform/files/profile_file.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+
+#include "platform/files/open_file.h"
+#include "platform/files/profile_text.h"
+#include "platform/files/replace_file.h"
+
+namespace platform::files {
+
+std::string DiskProfileFile::GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                                      std::size_t length, const std::string& path) const
+{
+    try {
+        const std::size_t limit = std::max<std::size_t>(length, 1) - 1;
+        return FindProfileValue(ReadAll(Open(path, O_RDONLY), path), section, key, limit);
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, const std::string& key,
+                                                 const std::string& value, const std::string& path)
+{
+    try {
+        FileDescriptor file = OpenAndLock(path, O_RDWR);
+        Replacement::RemoveLeftover(path);
+        const std::string text = ReadAll(file, path);
+        const std::string changed = WithProfileEntries(text, std::array{ProfileEntry{section, key, value}});
+        if (changed == text)
+            return;
+        Replacement replacement(path, file);
+        replacement.Write(changed);
+        replacement.Commit();
+    } catch (const std::exception&) {
+        // No caller looks at the outcome of a profile write; the file is as it was.
+    }
+}
+
+}  // namespace platform::files

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace platform::qt {
+
+/// UTF-8 as Qt's text and back. Every character survives the way there and back, a leading byte-order mark
+/// included; a byte that is no UTF-8 becomes U+FFFD.
+[[nodiscard]] QString ToQt(std::string_view utf8);
+[[nodiscard]] std::string FromQt(const QString& text);
+
+/// The first characters of a text, each of them visible on one line: line breaks and tabs show as arrows,
+/// other control and formatting characters as a dot. Costs no more than what it returns.
+[[nodiscard]] QString VisibleText(std::string_view utf8, std::size_t mostCharacters);
+
+/// Bytes of a text that hold its first characters whole.
+[[nodiscard]] constexpr std::size_t BytesOfCharacters(std::size_t characters)
+{
+    constexpr std::size_t kLongestCharacter = 4;
+    return characters * kLongestCharacter;
+}
+
+}  // namespace platform::qt

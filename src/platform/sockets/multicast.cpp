@@ -1,0 +1,99 @@
+#include "platform/sockets/multicast.h"
+
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <limits>
+
+#include "platform/failure_numbers.h"
+#include "platform/sockets/multicast_interface.h"
+#include "platform/sockets/open_socket.h"
+#include "platform/sockets/socket_error.h"
+
+namespace platform::sockets {
+namespace {
+
+SocketAddress CheckedGroup(const std::string& address, std::int32_t port)
+{
+    auto group = AddressFromText(WithoutBlanksAround(address));
+    if (!group || !group->IsGroup())
+        throw Failure(failure::kInvalidPropertyValue, "\"" + address + "\" is not a multicast group");
+    if (port < 1 || port > std::numeric_limits<std::uint16_t>::max())
+        throw Failure(failure::kInvalidPropertyValue,
+                      "Port " + std::to_string(port) + " is outside 1 to 65535");
+    group->SetPort(static_cast<std::uint16_t>(port));
+    return *group;
+}
+
+void StayOnThisNetwork(const FileDescriptor& socket, const SocketAddress& group)
+{
+    if (group.Family() == AF_INET6) {
+        SetOption(socket, IPPROTO_IPV6, IPV6_MULTICAST_HOPS, 1);
+        SetOption(socket, IPPROTO_IPV6, IPV6_MULTICAST_LOOP, 1);
+        return;
+    }
+    SetOption(socket, IPPROTO_IP, IP_MULTICAST_TTL, 1);
+    SetOption(socket, IPPROTO_IP, IP_MULTICAST_LOOP, 1);
+    const ip_mreqn interface {
+        .imr_multiaddr = {}, .imr_address = {}, .imr_ifindex = InterfaceForGroupWithoutRoute(group)
+    };
+    if (interface.imr_ifindex != 0)
+        ::setsockopt(socket.Number(), IPPROTO_IP, IP_MULTICAST_IF, &interface, sizeof interface);
+}
+
+}  // namespace
+
+void Multicast::OpenGroup(const std::string& groupAddress, std::int32_t port)
+{
+    const SocketAddress group = CheckedGroup(groupAddress, port);
+    closed_ = false;
+    OpenFor(group);
+}
+
+void Multicast::CloseGroup()
+{
+    closed_ = true;
+    socket_.Close();
+    errors_.reset();
+}
+
+void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::string& groupAddress,
+                            std::int32_t port)
+{
+    const SocketAddress group = CheckedGroup(groupAddress, port);
+    if (closed_)
+        throw Failure(failure::kWrongProtocolOrState, "The multicast group is closed");
+    if (!socket_.IsOpen() || family_ != group.Family())
+        OpenFor(group);
+    if (!socket_.IsOpen())
+        return;
+    if (::sendto(socket_.Number(), bytes.data(), bytes.size(), 0, group.Data(), group.Size()) >= 0)
+        return;
+    const std::string what = "Cannot send a record to " + group.Text();
+    if (errno == EMSGSIZE)
+        throw SocketFailure(errno, what);
+    Report(errno, what);
+}
+
+/// A refusal is reported as an event.
+void Multicast::OpenFor(const SocketAddress& group)
+{
+    family_ = group.Family();
+    socket_ = OpenSocket(family_, SOCK_DGRAM);
+    if (socket_.IsOpen())
+        StayOnThisNetwork(socket_, group);
+    else
+        Report(errno, "Cannot open multicast group " + group.Text());
+}
+
+void Multicast::Report(int error, const std::string& what)
+{
+    if (!errors_)
+        errors_ = std::make_unique<GatedEvents>(gate_);
+    errors_->Post([this, reason = SocketFailure(error, what)] {
+        if (OnError)
+            OnError(reason.Number(), reason.Description());
+    });
+}
+
+}  // namespace platform::sockets

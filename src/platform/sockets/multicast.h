@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/event_gate.h"
+#include "platform/multicast_control.h"
+#include "platform/sockets/gated_events.h"
+#include "platform/sockets/socket_address.h"
+
+namespace platform::sockets {
+
+/// The multicast control over the operating system's sockets. Records leave with a time to live of 1 and are
+/// looped back to receivers on this machine.
+///
+/// Blanks around an address are dropped. Bytes longer than a datagram can be are a Failure (kMessageTooLong).
+/// No OnError comes after CloseGroup for what happened before it.
+class Multicast final : public MulticastControl {
+public:
+    /// The gate must outlive the control.
+    explicit Multicast(EventGate& gate) : gate_(gate) {}
+
+    void OpenGroup(const std::string& groupAddress, std::int32_t port) override;
+    void CloseGroup() override;
+    void SendToGroup(const std::vector<std::uint8_t>& bytes, const std::string& groupAddress,
+                     std::int32_t port) override;
+
+private:
+    void OpenFor(const SocketAddress& group);
+    void Report(int error, const std::string& what);
+
+    EventGate& gate_;
+    bool closed_ = false;
+    FileDescriptor socket_;
+    int family_ = 0;
+    std::unique_ptr<GatedEvents> errors_;
+};
+
+}  // namespace platform::sockets

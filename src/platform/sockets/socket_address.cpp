@@ -1,0 +1,132 @@
+#include "platform/sockets/socket_address.h"
+
+#include <netdb.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+
+namespace platform::sockets {
+namespace {
+
+std::vector<SocketAddress> GetAddresses(const std::string& host, int flags)
+{
+    const addrinfo wanted{.ai_flags = flags,
+                          .ai_family = AF_UNSPEC,
+                          .ai_socktype = SOCK_STREAM,
+                          .ai_protocol = 0,
+                          .ai_addrlen = 0,
+                          .ai_addr = nullptr,
+                          .ai_canonname = nullptr,
+                          .ai_next = nullptr};
+    addrinfo* first = nullptr;
+    if (::getaddrinfo(host.c_str(), nullptr, &wanted, &first) != 0)
+        return {};
+    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(first, &::freeaddrinfo);
+    std::vector<SocketAddress> addresses;
+    for (const addrinfo* found = first; found != nullptr; found = found->ai_next)
+        addresses.emplace_back(found->ai_addr, found->ai_addrlen);
+    return addresses;
+}
+
+template <class Ask>
+SocketAddress Asked(Ask ask, int descriptor)
+{
+    sockaddr_in6 address{};
+    socklen_t size = sizeof address;
+    if (ask(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        return {};
+    return {reinterpret_cast<const sockaddr*>(&address), size};
+}
+
+}  // namespace
+
+SocketAddress::SocketAddress(const sockaddr* address, socklen_t size)
+{
+    std::memcpy(&storage_, address, std::min<std::size_t>(size, sizeof storage_));
+}
+
+SocketAddress SocketAddress::Any(int family)
+{
+    SocketAddress address;  // all zeros in both families
+    address.storage_.any.sa_family = static_cast<sa_family_t>(family);
+    return address;
+}
+
+SocketAddress SocketAddress::OfSocket(int descriptor)
+{
+    return Asked(::getsockname, descriptor);
+}
+
+SocketAddress SocketAddress::OfPeer(int descriptor)
+{
+    return Asked(::getpeername, descriptor);
+}
+
+std::uint16_t SocketAddress::Port() const
+{
+    return ntohs(Family() == AF_INET ? storage_.v4.sin_port : storage_.v6.sin6_port);
+}
+
+void SocketAddress::SetPort(std::uint16_t port)
+{
+    (Family() == AF_INET ? storage_.v4.sin_port : storage_.v6.sin6_port) = htons(port);
+}
+
+bool SocketAddress::IsGroup() const
+{
+    return Family() == AF_INET ? IN_MULTICAST(ntohl(storage_.v4.sin_addr.s_addr))
+                               : IN6_IS_ADDR_MULTICAST(&storage_.v6.sin6_addr);
+}
+
+SocketAddress SocketAddress::AsIPv6() const
+{
+    if (Family() == AF_INET6)
+        return *this;
+    SocketAddress mapped = Any(AF_INET6);
+    auto& bytes = mapped.storage_.v6.sin6_addr.s6_addr;
+    bytes[10] = bytes[11] = 0xFF;
+    std::memcpy(&bytes[12], &storage_.v4.sin_addr, sizeof storage_.v4.sin_addr);
+    mapped.SetPort(Port());
+    return mapped;
+}
+
+std::string SocketAddress::Host() const
+{
+    std::array<char, NI_MAXHOST> host{};
+    ::getnameinfo(Data(), Size(), host.data(), host.size(), nullptr, 0, NI_NUMERICHOST);
+    const std::string text = host.data();
+    constexpr std::string_view kMapped = "::ffff:";
+    return text.starts_with(kMapped) ? text.substr(kMapped.size()) : text;
+}
+
+std::string SocketAddress::Text() const
+{
+    return Host() + " port " + std::to_string(Port());
+}
+
+socklen_t SocketAddress::Size() const
+{
+    return Family() == AF_INET ? sizeof storage_.v4 : sizeof storage_.v6;
+}
+
+std::string WithoutBlanksAround(const std::string& text)
+{
+    const auto first = text.find_first_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::optional<SocketAddress> AddressFromText(const std::string& text)
+{
+    const auto addresses = GetAddresses(text, AI_NUMERICHOST);
+    return addresses.empty() ? std::nullopt : std::optional(addresses.front());
+}
+
+std::vector<SocketAddress> AddressesOfHost(const std::string& host)
+{
+    return GetAddresses(host, 0);
+}
+
+}  // namespace platform::sockets

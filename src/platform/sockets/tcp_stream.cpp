@@ -1,0 +1,73 @@
+#include "platform/sockets/tcp_stream.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/sockets/open_socket.h"
+#include "platform/sockets/socket_error.h"
+
+namespace platform::sockets {
+
+TcpStream::TcpStream(FileDescriptor socket, std::size_t& waitingInAll)
+    : socket_(std::move(socket)), queue_(waitingInAll), writable_(socket_.Number(), QSocketNotifier::Write)
+{
+    SetOption(socket_, IPPROTO_TCP, TCP_NODELAY, 1);
+    SetOption(socket_, SOL_SOCKET, SO_KEEPALIVE, 1);
+    writable_.setEnabled(false);
+    QObject::connect(&writable_, &QSocketNotifier::activated, &writable_, [this] { SendWaiting(); });
+}
+
+void TcpStream::Send(std::string_view bytes)
+{
+    if (bytes.empty())
+        return;
+    const std::size_t sent = IsIdle() ? SendNow(bytes) : 0;
+    if (error_ != 0)
+        throw SocketFailure(error_, "Cannot send the record");
+    if (sent == 0 && queue_.IsTooMuch(bytes.size()))
+        throw SocketFailure(EAGAIN, "Cannot send the record");
+    if (sent == bytes.size())
+        return;
+    queue_.Append(bytes.substr(sent));
+    writable_.setEnabled(true);
+}
+
+ssize_t TcpStream::Receive(std::span<char> buffer)
+{
+    return ::recv(socket_.Number(), buffer.data(), buffer.size(), 0);
+}
+
+void TcpStream::EndSending()
+{
+    ::shutdown(socket_.Number(), SHUT_WR);
+}
+
+std::size_t TcpStream::SendNow(std::string_view bytes)
+{
+    if (error_ != 0)
+        return 0;
+    const ssize_t sent = ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent >= 0)
+        return static_cast<std::size_t>(sent);
+    if (errno != EAGAIN && errno != EINTR)
+        error_ = errno;
+    return 0;
+}
+
+void TcpStream::SendWaiting()
+{
+    error_ = queue_.SendTo(socket_);
+    if (error_ != 0)
+        queue_.Clear();
+    if (!IsIdle())
+        return;
+    writable_.setEnabled(false);
+    if (onIdle)
+        onIdle();
+}
+
+}  // namespace platform::sockets

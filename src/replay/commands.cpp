@@ -1,0 +1,76 @@
+#include "app/frm_connect.h"
+#include "platform/conversions.h"
+
+namespace trellivan {
+namespace {
+
+constexpr double kLongestInterval = 32000;  // milliseconds
+
+}  // namespace
+
+void frmConnect::cmdPlay_Click()  // abandon
+{
+    try {
+        TakeInterval();
+        if (WinsockConnect.State() != platform::WinsockControl::kConnected) {
+            SetWinsockSettings();
+            ConnectOrListen();
+        }
+        tmrSendData.SetEnabled(true);
+    } catch (...) {
+        Recover([&] { tmrSendData.SetEnabled(false); });
+        RecordAbandoned("frmConnect.cmdPlayPause");
+    }
+}
+
+void frmConnect::cmdPause_Click()  // abandon
+{
+    try {
+        TakeInterval();
+        tmrSendData.SetEnabled(false);
+    } catch (...) {
+        RecordAbandoned("frmConnect.cmdPause");
+    }
+}
+
+void frmConnect::cmdClear_Click()  // continue
+{
+    PendingFailure pending;
+    pending.Step([&] { tmrSendData.SetEnabled(false); });
+    pending.Step([&] { OpenTransactionSet().MoveFirst(); });
+    pending.Step([&] { DataViewList.Clear(); });
+    pending.Step([&] { WinsockConnect.Close(); });
+    RecordsSent = 0;
+    pending.Step([&] { ShowStatus("  Data Reset"); });
+    RecordIfPending(pending, "frmConnect.cmdClear");
+}
+
+void frmConnect::TakeInterval()
+{
+    const auto interval = AcceptedInterval(txtTimerInterval.Text());
+    if (!interval)
+        return;
+    TimerInterval = platform::ToInteger<std::int16_t>(*interval);
+    tmrSendData.SetInterval(TimerInterval);
+}
+
+std::optional<double> frmConnect::AcceptedInterval(const std::string& text) const
+{
+    const auto number = formats_.Number(text);
+    if (!number || platform::RoundHalfToEven(*number) > kLongestInterval)
+        return std::nullopt;
+    return platform::RoundHalfToEven(*number);
+}
+
+void frmConnect::ConnectOrListen()
+{
+    WinsockConnect.Close();
+    if (IsClientRole()) {
+        WinsockConnect.Connect();
+    } else {
+        WinsockConnect.Listen();
+        ShowListening();
+    }
+}
+
+}  // namespace trellivan

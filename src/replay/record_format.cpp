@@ -1,0 +1,58 @@
+#include "replay/record_format.h"
+
+#include <string_view>
+#include <type_traits>
+
+#include "platform/ansi_code_page.h"
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+
+namespace trellivan {
+namespace {
+
+constexpr char kTimeBegins = '\x01';
+constexpr char kTimeEnds = '\x02';
+
+std::uint8_t CodeOf(char32_t character)
+{
+    if (const auto code = platform::AnsiCode(character))
+        return *code;
+    throw platform::Failure(platform::failure::kOverflow,
+                            "Overflow: a character of the record fits in no byte");
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> StringToBytes(const std::string& text)
+{
+    if (text.empty())
+        throw platform::Failure(platform::failure::kSubscriptOutOfRange,
+                                "Subscript out of range: the record has no text");
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();)
+        bytes.push_back(CodeOf(platform::TakeCharacter(rest)));
+    return bytes;
+}
+
+std::string WithRecordedTime(const std::string& recordText, const platform::Value& recordedTime,
+                             const platform::RegionalFormats& formats)
+{
+    const bool isNull = std::holds_alternative<platform::Null>(recordedTime);
+    return recordText + kTimeBegins + (isNull ? "" : ToText(recordedTime, formats)) + kTimeEnds;
+}
+
+std::string LongTimeText(const platform::Value& value, const platform::RegionalFormats& formats)
+{
+    if (const auto* moment = std::get_if<platform::DateTime>(&value))
+        return formats.LongTime(*moment);
+    const std::string text = ToText(value, formats);
+    if (std::holds_alternative<std::string>(value)) {
+        const auto moment = formats.DateOrTime(text);
+        return moment ? formats.LongTime(*moment) : text;
+    }
+    const auto days = formats.Number(text);
+    return days ? formats.LongTime(platform::FromDayNumber(*days)) : text;
+}
+
+}  // namespace trellivan

@@ -1,0 +1,110 @@
+#include "app/frm_connect.h"
+#include "platform/conversions.h"
+#include "replay/record_format.h"
+
+namespace trellivan {
+
+using platform::WinsockControl;
+
+void frmConnect::tmrSendData_Timer()  // continue; a tick that ends early records nothing
+{
+    PendingFailure pending;
+    if (!DBInitialized)
+        return;
+    if (!TransactionSet)
+        InitializeDB();
+    if (!IsMulticast() && !SocketReady(pending))
+        return;
+    if (pending.Test([&] { return OpenTransactionSet().RecordCount() > 0; })) {
+        if (FileComplete(pending))
+            return;
+        SendCurrentRecord(pending);
+    }
+    RecordIfPending(pending, "frmConnect.tmrSendData");
+}
+
+bool frmConnect::SocketReady(PendingFailure& pending)
+{
+    std::int16_t savedState = WinsockControl::kClosed;
+    pending.Step([&] { savedState = WinsockConnect.State(); });
+    if (savedState == WinsockControl::kListening || savedState == WinsockControl::kConnected)
+        return true;
+    ReopenSocket(pending);
+    if (pending.Test([&] { return WinsockConnect.State() == WinsockControl::kConnecting; }))
+        return false;
+    const bool unusable = pending.Test([&] {
+        const bool connected = WinsockConnect.State() == WinsockControl::kConnected;
+        const bool listening = WinsockConnect.State() == WinsockControl::kListening;
+        return !connected && !listening;
+    });
+    if (unusable)
+        ReportSocketState(pending);
+    return !unusable;
+}
+
+void frmConnect::ReopenSocket(PendingFailure& pending)
+{
+    pending.Step([&] { WinsockConnect.Close(); });
+    pending.Step([&] { events_.ProcessPending(); });
+    if (ReconnectOn && IsClientRole()) {
+        pending.Step([&] { WinsockConnect.Connect(IPAddress, PortNumber); });
+        pending.Step([&] { ShowStatus("   Connecting to "); });
+    } else if (ReconnectOn) {
+        pending.Step([&] { WinsockConnect.Listen(); });
+        pending.Step([&] { ShowListening(); });
+    }
+    pending.Step([&] { events_.ProcessPending(); });
+}
+
+void frmConnect::ReportSocketState(PendingFailure& pending)
+{
+    pending.Step([&] { ShowStatus(" Error with Winsock State: " + std::to_string(WinsockConnect.State())); });
+    pending.Step([&] { tmrSendData.SetEnabled(false); });
+}
+
+bool frmConnect::FileComplete(PendingFailure& pending)
+{
+    if (!pending.Test([&] { return OpenTransactionSet().AtEOF(); }))
+        return false;
+    pending.Step([&] { ShowStatus("  File Complete"); });
+    pending.Step([&] { tmrSendData.SetEnabled(false); });
+    return true;
+}
+
+void frmConnect::SendCurrentRecord(PendingFailure& pending)
+{
+    std::string recordText;
+    pending.Step([&] { recordText = ToText(OpenTransactionSet().Field("rawtransaction"), formats_); });
+    pending.Step([&] { DataViewList.AddItem(recordText); });
+    SendRecord(pending, recordText);
+    pending.Step([&] { ShowRecordedTime(); });
+    pending.Step([&] { DataViewList.SetListIndex(platform::ToInteger<std::int16_t>(RecordsSent)); });
+    pending.Step([&] { RecordsSent = platform::Successor(RecordsSent); });
+    pending.Step([&] { OpenTransactionSet().MoveNext(); });
+}
+
+void frmConnect::SendRecord(PendingFailure& pending, const std::string& recordText)
+{
+    if (IsMulticast()) {
+        pending.Step([&] {
+            MCSockConnect.SendToGroup(StringToBytes(recordText), IPAddress, WholeNumber(PortNumber));
+        });
+    } else if (pending.Test([&] { return chkTransferTime.Value() == 1; })) {
+        pending.Step([&] {
+            WinsockConnect.SendData(
+                WithRecordedTime(recordText, OpenTransactionSet().Field("timestamp"), formats_));
+        });
+    } else {
+        pending.Step([&] { WinsockConnect.SendData(recordText); });
+    }
+}
+
+void frmConnect::ShowRecordedTime()
+{
+    if (platform::UpperCase(FileType) == "SDD")
+        txtDBTime.SetText(LongTimeText(OpenTransactionSet().Field("datetimestamp"), formats_));
+    else
+        txtDBTime.SetText(ToText(OpenTransactionSet().Field("timestamp"), formats_));
+}
+
+}  // namespace trellivan

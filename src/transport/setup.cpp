@@ -1,0 +1,67 @@
+#include "app/frm_connect.h"
+#include "platform/conversions.h"
+
+namespace trellivan {
+
+using platform::WinsockControl;
+
+void frmConnect::SetWinsockSettings()  // abandon
+{
+    try {
+        cmdPause_Click();
+        if (WinsockConnect.State() != WinsockControl::kClosed)
+            WinsockConnect.Close();
+        TakeConnectionSettings();
+        WinsockConnect.SetProtocol(IsTcp() ? WinsockControl::Protocol::kTcp : WinsockControl::Protocol::kUdp);
+        if (IsClientRole())
+            SetWinsockTarget();
+        else
+            OpenLocalPort();
+    } catch (...) {
+        RecordAbandoned("frmConnect.SetWinsockSettings");
+    }
+}
+
+void frmConnect::TakeConnectionSettings()
+{
+    if (const std::string address = txtIPAddress.Text(); !address.empty())
+        IPAddress = address;
+    if (const std::string port = txtPortNumber.Text(); formats_.Number(port)) {
+        PortNumber = port;
+    } else {
+        PortNumber = "0";
+        txtPortNumber.SetText(PortNumber);
+    }
+    ProtocolName = cboProtocol.Text();
+    ConnectMode = cboConnect.Text();
+    ReconnectOn = chkReconnect.Value() == 1;
+}
+
+void frmConnect::SetWinsockTarget()
+{
+    WinsockConnect.SetRemoteHost(IPAddress);
+    WinsockConnect.SetRemotePort(WholeNumber(PortNumber));
+}
+
+void frmConnect::OpenLocalPort()
+{
+    if (IsTcp()) {
+        WinsockConnect.SetLocalPort(WholeNumber(PortNumber));
+        WinsockConnect.Listen();
+    } else {
+        WinsockConnect.Bind(PortNumber);
+    }
+    ShowListening();
+}
+
+void frmConnect::OpenMulticastGroup()
+{
+    MCSockConnect.OpenGroup(txtIPAddress.Text(), WholeNumber(txtPortNumber.Text()));
+}
+
+void frmConnect::ShowListening()
+{
+    ShowStatus("  Listening on Port " + PortNumber + "  ");
+}
+
+}  // namespace trellivan

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <fstream>
+#include <string>
+
+constexpr int kCannotMount = 77;
+
+/// Runs a body in a process of its own, which ends with 1 when an expectation in it failed.
+template <class Body>
+[[nodiscard]] pid_t StartChild(const Body& body)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        body();
+        ::_exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    return child;
+}
+
+/// How a child ended, as waitpid tells it.
+[[nodiscard]] inline int Await(pid_t child)
+{
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return status;
+}
+
+/// Has the kernel kill this very process, at whatever point it then is.
+inline void KillThisProcessAfter(std::chrono::nanoseconds delay)
+{
+    sigevent event{};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGKILL;
+    timer_t timer{};
+    itimerspec when{};
+    when.it_value.tv_nsec = delay.count();
+    if (::timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 ||
+        ::timer_settime(timer, 0, &when, nullptr) != 0)
+        ::_exit(1);
+}
+
+/// Gives this process mounts that no other one sees; false where the machine does not allow that.
+[[nodiscard]] inline bool OwnMounts()
+{
+    const std::string user = "0 " + std::to_string(::geteuid()) + " 1";
+    const std::string group = "0 " + std::to_string(::getegid()) + " 1";
+    if (::unshare(CLONE_NEWNS) != 0) {
+        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return false;
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/uid_map") << user;
+        std::ofstream("/proc/self/gid_map") << group;
+    }
+    return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}

@@ -1,0 +1,322 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <map>
+#include <random>
+#include <sstream>
+
+#include "errorlog/trim.h"
+#include "files/child_process.h"
+#include "files/temporary_folder.h"
+#include "files/us_formats.h"
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+#include "platform/files/file_system.h"
+#include "platform/files/profile_file.h"
+
+namespace platform::files {
+namespace {
+
+using namespace std::chrono_literals;
+
+const DateTime kCutoff = std::chrono::local_days{2021y / 5 / 14};
+const std::string kOldRecord = "5/13/2021 3:07:09 PM|5|old|p\r\n";
+const std::string kNewRecord = "5/15/2021 3:07:09 PM|5|new|p\r\n";
+constexpr int kNoLineLimit = -1;
+
+std::string Repeated(const std::string& text, int times)
+{
+    std::string result;
+    for (int i = 0; i < times; ++i)
+        result += text;
+    return result;
+}
+
+class Faults : public testing::Test {
+protected:
+    void Save(const std::string& value) { profile_.WritePrivateProfileStringA("S", "key", value, config_); }
+    void Trim(int lineLimit) { trellivan::TrimErrorLog(lineLimit, kCutoff, log_, files_, formats_); }
+
+    void ExpectAppendFails(int number)
+    {
+        try {
+            files_.Append(log_, Repeated(kNewRecord, 1000));
+            ADD_FAILURE() << "appended";
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Number(), number) << failure.Description();
+        }
+    }
+
+    /// Settings and a log with something to trim, in the folder as it is mounted now.
+    void FillFolder()
+    {
+        Fill(config_, oldConfig_);
+        Fill(log_, oldLog_);
+    }
+
+    void ExpectOldContents()
+    {
+        EXPECT_TRUE(Content(config_) == oldConfig_);
+        EXPECT_TRUE(Content(log_) == oldLog_);
+        EXPECT_FALSE(std::filesystem::exists(folder_.Path(".Config.ini.new")));
+        EXPECT_FALSE(std::filesystem::exists(folder_.Path(".Error.log.new")));
+    }
+
+    void MountMemory(const char* options)
+    {
+        ASSERT_EQ(::mount("none", folder_.Path().c_str(), "tmpfs", 0, options), 0);
+    }
+
+    void CloseToWriting(const std::string& path)
+    {
+        ASSERT_EQ(::mount("none", path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    }
+
+    void MakeMountOfItsOwn(const std::string& path)
+    {
+        ASSERT_EQ(::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr), 0);
+    }
+
+    /// Takes all room but `left` bytes.
+    void FillDisk(std::size_t left)
+    {
+        const std::string filler = folder_.Path("filler");
+        std::ofstream(filler, std::ios::binary) << std::string(1 << 20, 'x');
+        std::filesystem::resize_file(filler, std::filesystem::file_size(filler) - left);
+    }
+
+    TemporaryFolder folder_;
+    const std::string config_ = folder_.Path("Config.ini");
+    const std::string log_ = folder_.Path("Error.log");
+    const std::string oldConfig_ = "[S]\nkey=old\n" + Repeated("; a comment\n", 1000);
+    const std::string oldLog_ = Repeated(kOldRecord, 100) + Repeated(kNewRecord, 400);
+    DiskFileSystem files_;
+    DiskProfileFile profile_;
+    UsFormats formats_;
+};
+
+/// A body that needs mounts runs in a child that has its own.
+#define EXPECT_HOLDS_WITH_OWN_MOUNTS(body)                            \
+    do {                                                              \
+        const int status = Await(StartChild([&] {                     \
+            if (!OwnMounts())                                         \
+                ::_exit(kCannotMount);                                \
+            body();                                                   \
+        }));                                                          \
+        if (WIFEXITED(status) && WEXITSTATUS(status) == kCannotMount) \
+            GTEST_SKIP() << "this machine lets no test mount";        \
+        EXPECT_EQ(status, 0) << "see the child's failures above";     \
+    } while (false)
+
+TEST_F(Faults, AFullDiskLeavesTheOldContents)
+{
+    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
+        MountMemory("size=256k");
+        FillFolder();
+        FillDisk(4096);
+        Save(std::string(20000, 'y'));
+        Save("new");
+        ExpectAppendFails(failure::kDiskFull);
+        Trim(kNoLineLimit);
+        Trim(450);
+        ExpectOldContents();
+        Trim(10);
+        EXPECT_EQ(Content(log_), Repeated(kNewRecord, 10)) << "what fits is done";
+    });
+}
+
+TEST_F(Faults, AFullDiskLeavesTheOldContentsOfFilesWrittenInPlace)
+{
+    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
+        MountMemory("size=256k");
+        FillFolder();
+        MakeMountOfItsOwn(config_);
+        FillDisk(0);
+        CloseToWriting(folder_.Path());
+        Save(std::string(20000, 'y'));
+        ExpectOldContents();
+    });
+}
+
+TEST_F(Faults, AReadOnlyFolderLeavesTheOldContents)
+{
+    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
+        MountMemory("");
+        FillFolder();
+        CloseToWriting(folder_.Path());
+        Save("new");
+        ExpectAppendFails(failure::kPermissionDenied);
+        Trim(10);
+        ExpectOldContents();
+    });
+}
+
+TEST_F(Faults, AReadOnlyFileIsNotReplaced)
+{
+    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
+        FillFolder();
+        for (const std::string& path : {config_, log_}) {
+            MakeMountOfItsOwn(path);
+            CloseToWriting(path);
+        }
+        Save("new");
+        ExpectAppendFails(failure::kPermissionDenied);
+        Trim(10);
+        ExpectOldContents();
+    });
+}
+
+TEST_F(Faults, WithoutAPlaceForANewFileItIsWrittenInPlace)
+{
+    EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
+        MountMemory("");
+        FillFolder();
+        MakeMountOfItsOwn(config_);
+        MakeMountOfItsOwn(log_);
+        Save("x");
+        EXPECT_TRUE(Content(config_).starts_with("[S]\nkey=x\n; a comment\n"))
+            << "a mount cannot be moved over";
+        CloseToWriting(folder_.Path());
+        Save(std::string(5000, 'y'));
+        EXPECT_TRUE(Content(config_) == "[S]\nkey=" + std::string(5000, 'y') + oldConfig_.substr(11));
+        Save("old");
+        Trim(kNoLineLimit);
+        EXPECT_TRUE(Content(config_) == oldConfig_);
+        EXPECT_TRUE(Content(log_) == Repeated(kNewRecord, 400));
+        EXPECT_EQ(folder_.NamesBut("Config.ini"), std::vector<std::string>{"Error.log"});
+    });
+}
+
+TEST_F(Faults, AFolderInTheFilesPlaceStays)
+{
+    std::filesystem::create_directory(config_);
+    std::filesystem::create_directory(log_);
+    Save("new");
+    ExpectAppendFails(failure::kPathFileAccess);
+    Trim(0);
+    EXPECT_EQ(folder_.NamesBut("Config.ini"), std::vector<std::string>{"Error.log"});
+    EXPECT_TRUE(std::filesystem::is_empty(config_));
+}
+
+/// How often programs are killed: a few times in every test run, more often on request.
+int Kills()
+{
+    const char* const wish = std::getenv("TRELLIVAN_KILLS");
+    return wish == nullptr ? 25 : std::atoi(wish);
+}
+
+/// Starts a program again and again that does `work` for ever, and kills it at random moments; `check` looks
+/// at what each left.
+template <class Work, class Check>
+void KillAtRandomMoments(const Work& work, const Check& check)
+{
+    std::mt19937 random(20210514);
+    std::uniform_int_distribution<int> microseconds(1, 20000);
+    for (int i = 0; i < Kills(); ++i) {
+        const auto delay = std::chrono::microseconds(microseconds(random));
+        const int status = Await(StartChild([&] {
+            KillThisProcessAfter(delay);
+            for (;;)
+                work();
+        }));
+        ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+        check();
+    }
+}
+
+TEST_F(Faults, KillingAProgramThatSavesLeavesOldOrNewContent)
+{
+    const std::string longValue(30000, 'y');
+    const std::string tail = Repeated("; a comment\n", 1000);
+    const std::string contents[] = {"[S]\nkey=short\n" + tail, "[S]\nkey=" + longValue + "\n" + tail};
+    Fill(config_, contents[0]);
+    std::array<int, 2> seen{};
+    std::size_t leftBehind = 0;
+    KillAtRandomMoments(
+        [&] {
+            Save(longValue);
+            Save("short");
+        },
+        [&] {
+            const auto found = std::ranges::find(contents, Content(config_));
+            ASSERT_NE(found, std::end(contents)) << "neither old nor new";
+            ++seen[static_cast<std::size_t>(found - contents)];
+            leftBehind += folder_.NamesBut("Config.ini").size();
+        });
+    EXPECT_GT(std::min(seen[0], seen[1]), 0) << "the moments were not random enough";
+    RecordProperty("leftBehind", static_cast<int>(leftBehind));
+    Save("the last");
+    EXPECT_EQ(folder_.NamesBut("Config.ini"), std::vector<std::string>{});
+}
+
+/// The numbers at the ends of lines that are whole, in their order.
+std::vector<int> NumbersOf(const std::string& log)
+{
+    std::vector<int> numbers;
+    std::istringstream stream(log);
+    for (std::string line; std::getline(stream, line);) {
+        EXPECT_TRUE(line.starts_with("5/15/2021 ") && line.ends_with("\r")) << line;
+        numbers.push_back(std::atoi(line.c_str() + 10));
+    }
+    return numbers;
+}
+
+TEST_F(Faults, KillingAProgramThatTrimsLosesNoRecord)
+{
+    constexpr int kLines = 300;
+    int next = 0;
+    const auto appendOne = [&] { files_.Append(log_, "5/15/2021 " + std::to_string(next++) + "\r\n"); };
+    while (next < kLines)
+        appendOne();
+    std::size_t leftBehind = 0;
+    KillAtRandomMoments(
+        [&] {
+            for (int i = 0; i < 20; ++i)
+                appendOne();
+            Trim(kLines);
+        },
+        [&] {
+            const std::vector<int> numbers = NumbersOf(Content(log_));
+            ASSERT_GE(numbers.size(), static_cast<std::size_t>(kLines));
+            ASSERT_GE(numbers.back(), next - 1) << "an earlier record is gone";
+            for (std::size_t i = 1; i < numbers.size(); ++i)
+                ASSERT_EQ(numbers[i], numbers[i - 1] + 1);
+            next = numbers.back() + 1;
+            leftBehind += folder_.NamesBut("Error.log").size();
+        });
+    EXPECT_GT(next, kLines) << "nothing was appended";
+    RecordProperty("leftBehind", static_cast<int>(leftBehind));
+    Trim(kLines);
+    EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
+}
+
+TEST_F(Faults, TwoProgramsAppendWhileAThirdTrims)
+{
+    constexpr int kRecords = 1000;
+    Fill(log_, Repeated(kOldRecord, 500));
+    const auto append = [&](const std::string& name) {
+        for (int i = 0; i < kRecords; ++i)
+            files_.Append(log_, "5/15/2021 " + name + " " + std::to_string(i) + "\r\n");
+    };
+    const pid_t trimmer = StartChild([&] {
+        for (;;)
+            Trim(kNoLineLimit);
+    });
+    const std::array writers = {StartChild([&] { append("a"); }), StartChild([&] { append("b"); })};
+    for (const pid_t writer : writers)
+        EXPECT_EQ(Await(writer), 0);
+    ::kill(trimmer, SIGKILL);
+    EXPECT_TRUE(WIFSIGNALED(Await(trimmer)));
+    Trim(kNoLineLimit);
+
+    std::map<std::string, int> next;
+    std::istringstream stream(Content(log_));
+    for (std::string date, name, number; stream >> date >> name >> number;)
+        ASSERT_EQ(std::atoi(number.c_str()), next[name]++) << date << ' ' << name;
+    EXPECT_EQ(next, (std::map<std::string, int>{{"a", kRecords}, {"b", kRecords}}));
+}
+
+}  // namespace
+}  // namespace platform::files

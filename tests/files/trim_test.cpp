@@ -1,0 +1,149 @@
+#include "errorlog/trim.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "files/temporary_folder.h"
+#include "files/us_formats.h"
+#include "platform/files/file_system.h"
+
+namespace trellivan {
+namespace {
+
+using namespace std::chrono_literals;
+
+const platform::DateTime kNoCutoff = std::chrono::local_days{1980y / 1 / 1};
+const platform::DateTime kNoon = std::chrono::local_days{2021y / 5 / 14} + 12h;
+constexpr int kNoLineLimit = -1;
+
+class Trimming : public testing::Test {
+protected:
+    std::string Trimmed(const std::string& content, int lineLimit, platform::DateTime cutoff)
+    {
+        Fill(log_, content);
+        TrimErrorLog(lineLimit, cutoff, log_, files_, formats_);
+        EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
+        return Content(log_);
+    }
+
+    TemporaryFolder folder_;
+    const std::string log_ = folder_.Path("Error.log");
+    platform::files::DiskFileSystem files_;
+    UsFormats formats_;
+};
+
+TEST_F(Trimming, KeepsTheNewestLinesToTheByte)
+{
+    const struct {
+        const char* name;
+        std::string before;
+        int limit;
+        std::string after;
+    } cases[] = {
+        {"one too many", "a\r\nb\r\nc\r\n", 2, "b\r\nc\r\n"},
+        {"just enough: not rewritten", "a\r\nb\nc", 3, "a\r\nb\nc"},
+        {"last line without an end", "a\r\nb\r\nc", 2, "b\r\nc\r\n"},
+        {"lines of other systems", "a\nb\nc\n", 2, "b\r\nc\r\n"},
+        {"empty lines count", "a\r\n\r\n\r\n", 2, "\r\n\r\n"},
+        {"stray carriage returns stay", "a\r\nb\rb\r\r\n\r", 2, "b\rb\r\r\n\r\r\n"},
+        {"any byte stays", std::string("a\nb\0\xE9\x81\xFF\n", 8), 1, std::string("b\0\xE9\x81\xFF\r\n", 7)},
+        {"nothing allowed", "a\r\nb", 0, ""},
+        {"nothing there", "", 0, ""},
+        {"no limit", "a\nb", kNoLineLimit, "a\nb"},
+    };
+    for (const auto& [name, before, limit, after] : cases)
+        EXPECT_EQ(Trimmed(before, limit, kNoCutoff), after) << name;
+}
+
+TEST_F(Trimming, DropsLinesByTheDateInFrontOfTheFirstBlank)
+{
+    const struct {
+        const char* line;
+        bool kept;
+    } cases[] = {
+        {"5/15/2021 0:00:01 AM|5|next day|p", true},
+        {"5/14/2021 3:07:09 PM|5|the cutoff's own day counts from midnight|p", false},
+        {"5/13/2021 3:07:09 PM|5|older|p", false},
+        {"5/13/2021|5|midnight has no blank after the date|p", true},
+        {"5/13/2021|5|x", true},
+        {" 5/13/2021 begins with a blank", true},
+        {"second line of a description", true},
+        {"13/13/2021 is no date", true},
+        {"12:30 is a time alone", true},
+        {"", true},
+    };
+    std::string before;
+    std::string after;
+    for (const auto& [line, kept] : cases) {
+        before += std::string(line) + "\n";
+        after += kept ? std::string(line) + "\r\n" : "";
+    }
+    EXPECT_EQ(Trimmed(before, kNoLineLimit, kNoon), after);
+    EXPECT_EQ(Trimmed("5/14/2021 x\n", kNoLineLimit, std::chrono::floor<std::chrono::days>(kNoon)), "");
+    EXPECT_EQ(Trimmed("1/1/1970 x\n", kNoLineLimit, kNoCutoff), "1/1/1970 x\n") << "no age limit";
+    EXPECT_EQ(Trimmed("1/1/1980 x\n1/2/1980 x", kNoLineLimit, kNoCutoff + 1ms), "1/2/1980 x\r\n");
+}
+
+TEST_F(Trimming, LimitsTheLinesBeforeTheirAge)
+{
+    EXPECT_EQ(Trimmed("5/15/2021 a\n5/15/2021 b\n5/13/2021 c\n", 2, kNoon), "5/15/2021 b\r\n");
+}
+
+TEST_F(Trimming, ReadsLinesAcrossThePiecesInWhichTheFileIsRead)
+{
+    constexpr std::size_t kPiece = 256 * 1024;
+    std::string before;
+    std::string after;
+    const auto add = [&](const std::string& line, bool kept) {
+        before += line + "\r\n";
+        after += kept ? line + "\r\n" : "";
+    };
+    for (std::size_t i = 0; i < 2000; ++i)
+        add("5/15/2021 " + std::string(i % 997, 'x'), i >= 500);
+    add("5/13/2021 " + std::string(3 * kPiece, 'y'), false);
+    add("5/15/2021 " + std::string(3 * kPiece, 'y'), true);
+    EXPECT_EQ(Trimmed(before, 1502, kNoon), after);
+    EXPECT_EQ(formats_.asked, 3) << "a date is read once for all lines of a day";
+}
+
+TEST_F(Trimming, FindsALineEndAtTheEdgeOfAPiece)
+{
+    constexpr std::size_t kPiece = 256 * 1024;
+    for (std::size_t length = kPiece - 3; length <= kPiece + 1; ++length) {
+        const std::string line(length, 'x');
+        for (const char* const end : {"", "\n", "\r\n"}) {
+            EXPECT_TRUE(Trimmed("a\n" + line + end, kNoLineLimit, kNoon) == "a\r\n" + line + "\r\n")
+                << length;
+            EXPECT_TRUE(Trimmed(line + end, 1, kNoCutoff) == line + end) << length;
+        }
+        EXPECT_TRUE(Trimmed(line + "\rb", kNoLineLimit, kNoon) == line + "\rb\r\n") << length;
+    }
+}
+
+TEST_F(Trimming, IsSilentWhereThereIsNoLog)
+{
+    TrimErrorLog(0, kNoon, folder_.Path("missing/Error.log"), files_, formats_);
+    TrimErrorLog(0, kNoon, log_, files_, formats_);
+    std::filesystem::create_directory(log_);
+    TrimErrorLog(0, kNoon, log_, files_, formats_);
+    EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
+}
+
+TEST_F(Trimming, LetsARecordWrittenMeanwhileWaitForTheNewFile)
+{
+    Fill(log_, "old\r\n");
+    std::thread writer;
+    {
+        const auto log = files_.OpenLocked(log_);
+        writer = std::thread([&] { files_.Append(log_, "new\r\n"); });
+        log->KeepLines([](std::int64_t, std::string_view) { return false; });
+        log->KeepLines([](std::int64_t, std::string_view) { return true; });
+        EXPECT_EQ(Content(log_), "");
+    }
+    writer.join();
+    EXPECT_EQ(Content(log_), "new\r\n");
+}
+
+}  // namespace
+}  // namespace trellivan

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include "logic/program.h"
+
+namespace {
+
+TEST(LoadSettings, FillsControlsAndVariables)
+{
+    Program program;
+    program.Setting("Timer", "Interval", "100.5");
+    program.Setting("TCP/IP Settings", "IpAddress", "10.0.0.7");
+    program.Setting("TCP/IP Settings", "PortNumber", "6001");
+    program.Setting("TCP/IP Settings", "Connect", "listen");
+    program.Setting("TCP/IP Settings", "Protocol", "udp");
+    program.Setting("TCP/IP Settings", "Reconnect", "Yes");
+    program.Start();
+    EXPECT_EQ(program.txtTimerInterval.text, "100");
+    EXPECT_EQ(program.tmrSendData.interval, 100);
+    EXPECT_EQ(program.txtIPAddress.text, "10.0.0.7");
+    EXPECT_EQ(program.txtPortNumber.text, "6001");
+    EXPECT_EQ(program.cboConnect.text, "Listen");
+    EXPECT_EQ(program.cboProtocol.text, "UDP");
+    EXPECT_EQ(program.chkReconnect.value, 1);
+    EXPECT_EQ(program.txtFilePath.text, "/data/shop.mdb");
+}
+
+TEST(LoadSettings, AcceptsOrRefusesTheInterval)
+{
+    struct Case {
+        const char* text;
+        const char* shown;
+        int interval;
+        Texts records;
+    };
+    const std::string name = "|frmConnect.LoadConfigSettings.TimerInterval";
+    const auto refused = [&](const std::string& text) {
+        return Texts{"0|Timer Interval is incorrect: " + text + name};
+    };
+    const Texts negative = {"380|A negative interval|frmConnect.LoadConfigSettings",
+                            "380|A negative interval|frmConnect.cmdPause"};
+    for (const Case& c :
+         {Case{"32000", "32000", 32000, {}}, Case{"32001", "", 25, refused("32001")},
+          Case{"40000", "", 25, refused("40000")}, Case{"-32769", "", 25, refused("-32769")},
+          Case{"abc", "", 25, refused("abc")}, Case{"", "", 25, refused("")}, Case{"25.5", "26", 26, {}},
+          Case{"24.5", "24", 24, {}}, Case{"-5", "-5", 25, negative}}) {
+        Program program;
+        program.Setting("Timer", "Interval", c.text);
+        program.Start();
+        EXPECT_EQ(program.txtTimerInterval.text, c.shown) << c.text;
+        EXPECT_EQ(program.tmrSendData.interval, c.interval) << c.text;
+        EXPECT_EQ(program.TakeRecords(), c.records) << c.text;
+    }
+}
+
+TEST(LoadSettings, ARefusedListTextStillReachesTheVariable)
+{
+    Program program;
+    program.Setting("TCP/IP Settings", "Protocol", "MCAST");
+    program.Setting("TCP/IP Settings", "Connect", "Both");
+    program.Start();
+    EXPECT_EQ(program.cboConnect.text, "Connect");
+    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.LoadConfigSettings"});
+    program.WinsockConnect.OnConnect();
+    EXPECT_EQ(program.TakeStatus().back(), "  Connected on Port   ")
+        << "the role is Both, which is no client";
+}
+
+TEST(LoadSettings, OnlyYesTicksReconnect)
+{
+    struct Case {
+        const char* text;
+        int value;
+    };
+    for (const Case& c : {Case{"YES", 1}, Case{"yes", 1}, Case{"Y", 0}, Case{"TRUE", 0}, Case{"1", 0}}) {
+        Program program;
+        program.Setting("TCP/IP Settings", "Reconnect", c.text);
+        program.Start();
+        EXPECT_EQ(program.chkReconnect.value, c.value) << c.text;
+    }
+}
+
+TEST(Apply, ClearsThenSavesEveryEntry)
+{
+    Program program;
+    program.StartConnected();
+    program.Tick();
+    program.txtTimerInterval.text = "40";
+    program.txtIPAddress.text = "10.0.0.9";
+    program.txtPortNumber.text = "x";
+    program.cboProtocol.text = "UDP";
+    program.cboConnect.text = "Listen";
+    program.chkReconnect.value = 1;
+    program.txtFilePath.text = "shown only";
+    program.cmdApply.OnClick();
+    EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
+    EXPECT_EQ(program.tmrSendData.interval, 25);
+    Texts writes;
+    for (const std::string& call : program.TakeCalls("profile"))
+        writes.push_back(call.substr(call.find(' ') + 1));
+    const std::string file = " /house/Config.ini";
+    EXPECT_EQ(writes, (Texts{"Timer Interval=40" + file, "TCP/IP Settings IpAddress=10.0.0.9" + file,
+                             "TCP/IP Settings PortNumber=x" + file, "TCP/IP Settings Protocol=UDP" + file,
+                             "TCP/IP Settings Connect=Listen" + file, "TCP/IP Settings Reconnect=YES" + file,
+                             "Database File FilePath=/data/shop.mdb" + file}));
+}
+
+TEST(Apply, SavesAnIntervalThatIsNoNumberAndRecordsIt)
+{
+    Program program;
+    program.Start();
+    program.TakeStatus();
+    program.txtTimerInterval.text = "soon";
+    program.cmdApply.OnClick();
+    EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), "soon");
+    EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
+    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.SaveConfigSettings"});
+}
+
+TEST(Apply, WithoutASettingsFileWritesNothing)
+{
+    Program program;
+    program.Start();
+    program.TakeStatus();
+    program.files.contents.erase("/house/Config.ini");
+    program.journal.Clear();
+    program.cmdApply.OnClick();
+    EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Config.ini File not Found"}));
+    EXPECT_EQ(program.TakeCalls("profile"), Texts{});
+    EXPECT_EQ(program.TakeRecords(), Texts{"0||frmConnect.SaveConfigSettings"});
+}
+
+}  // namespace

@@ -1,0 +1,155 @@
+#include "platform/qt/list_box.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <QTest>
+
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+
+namespace platform::qt {
+namespace {
+
+class ListBoxTest : public testing::Test {
+protected:
+    ListBoxTest()
+    {
+        list.resize(200, 10 * list.fontMetrics().height() + 2 * list.frameWidth());
+        list.show();
+    }
+
+    void AddLines(int count)
+    {
+        for (int i = 0; i < count; ++i)
+            list.AddItem("line " + std::to_string(i));
+    }
+
+    bool WaitForTopLine(int line)
+    {
+        return QTest::qWaitFor([&] { return list.TopLine() == line; });
+    }
+
+    ListBox list{nullptr};
+};
+
+TEST_F(ListBoxTest, ScrollsTheSelectedLineIntoView)
+{
+    AddLines(100);
+    ASSERT_EQ(list.LinesInView(), 10);
+    list.SetListIndex(99);
+    EXPECT_TRUE(WaitForTopLine(90));
+    list.SetListIndex(95);
+    list.SetListIndex(40);
+    EXPECT_TRUE(WaitForTopLine(40));
+    EXPECT_EQ(list.SelectedText(), "line 40");
+}
+
+TEST_F(ListBoxTest, RefusesALineThatIsNotThereAndKeepsItsSelection)
+{
+    AddLines(3);
+    list.SetListIndex(2);
+    for (const std::int16_t index : std::initializer_list<std::int16_t>{3, -2, 32767}) {
+        try {
+            list.SetListIndex(index);
+            ADD_FAILURE() << "took index " << index;
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Number(), failure::kInvalidPropertyValue);
+        }
+    }
+    EXPECT_EQ(list.SelectedLine(), 2);
+    list.SetListIndex(-1);
+    EXPECT_EQ(list.SelectedLine(), -1);
+}
+
+TEST_F(ListBoxTest, IsEmptyAfterClear)
+{
+    AddLines(100);
+    list.SetListIndex(99);
+    ASSERT_TRUE(WaitForTopLine(90));
+    list.Clear();
+    EXPECT_TRUE(WaitForTopLine(0));
+    EXPECT_EQ(list.SelectedLine(), -1);
+    EXPECT_THROW(list.SetListIndex(0), Failure);
+}
+
+TEST_F(ListBoxTest, FollowsTheKeyboard)
+{
+    struct Case {
+        Qt::Key key;
+        int selected;
+        int top;
+    };
+    const Case cases[] = {
+        {Qt::Key_Down, 0, 0},      {Qt::Key_Up, 0, 0},    {Qt::Key_Down, 1, 0},
+        {Qt::Key_PageDown, 11, 2}, {Qt::Key_End, 99, 90}, {Qt::Key_Down, 99, 90},
+        {Qt::Key_PageUp, 89, 89},  {Qt::Key_Up, 88, 88},  {Qt::Key_Home, 0, 0},
+    };
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(list.SelectedLine(), -1) << "of an empty list";
+    AddLines(100);
+    for (const Case& each : cases) {
+        QTest::keyClick(&list, each.key);
+        EXPECT_EQ(list.SelectedLine(), each.selected) << each.key;
+        EXPECT_EQ(list.TopLine(), each.top) << each.key;
+    }
+}
+
+TEST_F(ListBoxTest, FollowsTheMouse)
+{
+    AddLines(100);
+    list.SetListIndex(50);
+    ASSERT_TRUE(WaitForTopLine(41));
+    const int rowHeight = list.fontMetrics().height();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {5, 3 * rowHeight + 1});
+    EXPECT_EQ(list.SelectedLine(), 44);
+    list.Clear();
+    AddLines(2);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {5, 8 * rowHeight});
+    EXPECT_EQ(list.SelectedLine(), 1) << "below the last line";
+}
+
+TEST_F(ListBoxTest, CopiesTheSelectedLineAsItIs)
+{
+    const std::string line = "Table 4\r\n\t2 x Tea " + std::string(10'000, '=') + " end";
+    list.AddItem(line);
+    QGuiApplication::clipboard()->setText("before");
+    QTest::keySequence(&list, QKeySequence::Copy);
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "before");
+    list.SetListIndex(0);
+    QTest::keySequence(&list, QKeySequence::Copy);
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), line);
+}
+
+TEST_F(ListBoxTest, PaintsTheLinesInViewOnlyHoweverLongListAndLinesAre)
+{
+    constexpr int kLines = 3'000'000;
+    for (int i = 0; i < kLines; ++i)
+        list.AddItem("x");
+    list.AddItem(std::string(50'000'000, 'W') + "\n");
+    QTest::keyClick(&list, Qt::Key_End);
+    EXPECT_EQ(list.SelectedLine(), kLines);
+    EXPECT_EQ(list.verticalScrollBar()->maximum(), kLines + 1 - 10);
+    const QImage picture = list.grab().toImage();
+    const QColor selection = list.palette().color(QPalette::Highlight);
+    EXPECT_EQ(picture.pixelColor(2, picture.height() - 4), selection);
+    EXPECT_NE(picture.pixelColor(2, 4), selection);
+}
+
+TEST_F(ListBoxTest, TellsScreenReadersItsSelectedLine)
+{
+    list.setAccessibleName("Status");
+    list.AddItem("first\nline");
+    list.SetListIndex(0);
+    QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&list);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::List);
+    EXPECT_EQ(accessible->text(QAccessible::Name), "Status");
+    EXPECT_EQ(accessible->text(QAccessible::Value), QString::fromUtf8("first\u21B5line"));
+}
+
+}  // namespace
+}  // namespace platform::qt

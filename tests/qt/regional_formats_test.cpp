@@ -1,0 +1,145 @@
+#include "platform/qt/regional_formats.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+
+#include "platform/ansi_code_page.h"
+#include "platform/qt/clock.h"
+#include "platform/qt/qt_date_time.h"
+
+namespace platform::qt {
+namespace {
+
+using namespace std::chrono;
+using namespace std::chrono_literals;
+
+DateTime Moment(int years, unsigned months, unsigned dayOfMonth, milliseconds timeOfDay = 0ms)
+{
+    return local_days{year{years} / month{months} / day{dayOfMonth}} + timeOfDay;
+}
+
+constexpr milliseconds kAfternoon = 15h + 7min + 9s;
+
+TEST(RegionalFormats, AreThoseOfTheLocaleWithItsFlawsRepaired)
+{
+    struct Case {
+        const char* locale;
+        const char* time;
+        const char* date;
+        const char* decimalSign;
+    };
+    const Case cases[] = {
+        {"C", "15:07:09", "2021-05-14", "."},     {"en_US", "3:07:09 PM", "5/14/2021", "."},
+        {"en_GB", "15:07:09", "14/05/2021", "."}, {"de_DE", "15:07:09", "14.05.2021", ","},
+        {"fr_FR", "15:07:09", "14/05/2021", ","}, {"fr_CA", "15 h 07 min 09 s", "2021-05-14", ","},
+        {"fi_FI", "15.07.09", "14.5.2021", ","},  {"hu_HU", "15:07:09", "2021.05.14.", ","},
+        {"sv_SE", "15:07:09", "2021-05-14", ","}, {"ja_JP", "15:07:09", "2021/05/14", "."},
+        {"ko_KR", "15:07:09", "2021.5.14.", "."}, {"bg_BG", "15:07:09", "2021-05-14", ","},
+        {"ar_EG", "15:07:09", "2021-05-14", "."}, {"fa_IR", "15:07:09", "2021-05-14", "."},
+    };
+    const DateTime moment = Moment(2021, 5, 14, kAfternoon + 999ms);
+    for (const Case& each : cases) {
+        const RegionalFormats formats{QLocale(each.locale)};
+        EXPECT_EQ(formats.LongTime(moment), each.time) << each.locale;
+        EXPECT_EQ(formats.ShortDate(moment), each.date) << each.locale;
+        EXPECT_EQ(formats.DecimalSign(), each.decimalSign) << each.locale;
+    }
+}
+
+TEST(RegionalFormats, WriteWhatReadsBackInEveryLocale)
+{
+    const DateTime moments[] = {
+        Moment(100, 1, 1, 1s),     Moment(1899, 12, 29, kAfternoon), Moment(1999, 12, 31, 12h + 1s),
+        Moment(2000, 2, 29, 1h),   Moment(2021, 5, 4, kAfternoon),   Moment(2021, 4, 5, 11h + 59min + 59s),
+        Moment(2026, 10, 9, 1min), Moment(2030, 11, 12, 12h),        Moment(9999, 12, 31, 23h + 59min + 59s),
+    };
+    const auto locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+    ASSERT_GT(locales.size(), 300);
+    for (const QLocale& locale : locales) {
+        const RegionalFormats formats(locale);
+        const std::string name = locale.name().toStdString();
+        for (const DateTime& moment : moments) {
+            const std::string date = formats.ShortDate(moment);
+            const std::string text = GeneralDate(moment, formats);
+            EXPECT_EQ(formats.DateOrTime(date), floor<days>(moment)) << name << ": " << date;
+            EXPECT_EQ(formats.DateOrTime(text), moment) << name << ": " << text;
+            EXPECT_EQ(FromAnsi(ToAnsi(text)), text) << name;
+            EXPECT_EQ(date.find(' '), std::string::npos) << name << ": " << date;
+            EXPECT_EQ(date.find("\u00A0"), std::string::npos) << name << ": " << date;
+        }
+        EXPECT_EQ(formats.Number("1" + formats.DecimalSign() + "5"), 1.5) << name;
+        EXPECT_EQ(formats.Number("-32000"), -32000) << name;
+        EXPECT_EQ(formats.Number("1e3"), 1000) << name;
+    }
+}
+
+TEST(RegionalFormats, ReadEveryDayOfSomeYears)
+{
+    for (const char* name : {"C", "en_US", "de_DE", "hu_HU", "ko_KR"}) {
+        const RegionalFormats formats{QLocale(name)};
+        for (DateTime moment = Moment(2019, 12, 1); moment < Moment(2022, 2, 1); moment += days(1))
+            ASSERT_EQ(formats.DateOrTime(formats.ShortDate(moment)), moment) << name;
+    }
+}
+
+TEST(RegionalFormats, ReadDatesAndTimes)
+{
+    struct Case {
+        const char* locale;
+        const char* text;
+        std::optional<DateTime> moment;
+    };
+    const Case cases[] = {
+        {"en_US", "5/4/2021", Moment(2021, 5, 4)},
+        {"en_GB", "5/4/2021", Moment(2021, 4, 5)},
+        {"de_DE", " 4.5.2021 15:07:09 ", Moment(2021, 5, 4, kAfternoon)},
+        {"de_DE", "2021-05-04 3:07:09 pm", Moment(2021, 5, 4, kAfternoon)},
+        {"C", "15:07", Moment(1899, 12, 30, 15h + 7min)},
+        {"C", "24:00:00", std::nullopt},
+        {"C", "2021-02-29", std::nullopt},
+        {"en_US", "5/14/21", std::nullopt},
+        {"en_US", "5/14-2021", std::nullopt},
+        {"en_US", "5/4/2021 x", std::nullopt},
+        {"en_US", "x 15:07:09", std::nullopt},
+        {"en_US", "", std::nullopt},
+        {"en_US", "5", std::nullopt},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(RegionalFormats{QLocale(each.locale)}.DateOrTime(each.text), each.moment)
+            << each.locale << ": " << each.text;
+}
+
+TEST(RegionalFormats, ReadNumbers)
+{
+    struct Case {
+        const char* locale;
+        const char* text;
+        std::optional<double> number;
+    };
+    const Case cases[] = {
+        {"en_US", "1,500", 1500},   {"en_US", " 2 ", 2},          {"en_US", "1e3", 1000},
+        {"en_US", "-5", -5},        {"en_US", "2.5", 2.5},        {"de_DE", "2,5", 2.5},
+        {"de_DE", "1.500", 1500},   {"de_DE", "2.5", {}},         {"sv_SE", "1e3", 1000},
+        {"sv_SE", "-5", -5},        {"fr_FR", "1 500,5", 1500.5}, {"ar_EG", "2.5", 2.5},
+        {"en_US", "1,50,0", {}},    {"en_US", "0x10", {}},        {"en_US", "inf", {}},
+        {"en_US", "-infinity", {}}, {"en_US", "nan", {}},         {"en_US", "1e999", {}},
+        {"en_US", "", {}},          {"en_US", " ", {}},           {"en_US", "12a", {}},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(RegionalFormats{QLocale(each.locale)}.Number(each.text), each.number)
+            << each.locale << ": " << each.text;
+}
+
+TEST(Clock, TellsTheLocalTime)
+{
+    const QDateTime before = QDateTime::currentDateTime();
+    const DateTime now = Clock().Now();
+    const QDateTime after = QDateTime::currentDateTime();
+    EXPECT_LE(FromQt(before.date(), before.time()), now);
+    EXPECT_LE(now, FromQt(after.date(), after.time()));
+}
+
+}  // namespace
+}  // namespace platform::qt

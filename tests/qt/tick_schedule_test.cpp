@@ -1,0 +1,137 @@
+#include "platform/qt/tick_schedule.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace platform::qt {
+namespace {
+
+using std::chrono::milliseconds;
+
+TickSchedule::Time At(int milliseconds_)
+{
+    return TickSchedule::Time{} + milliseconds(milliseconds_);
+}
+
+/// What happens to a schedule at a moment, in milliseconds.
+struct Step {
+    enum class Kind { kStart, kStop, kTake, kPause };
+    Kind kind;
+    int at;
+    int argument = 0;  ///< The interval of a start; the end of a pause.
+};
+
+Step Start(int at, int interval)
+{
+    return {Step::Kind::kStart, at, interval};
+}
+
+Step Stop(int at)
+{
+    return {Step::Kind::kStop, at};
+}
+
+Step Take(int at)
+{
+    return {Step::Kind::kTake, at};
+}
+
+Step Pause(int from, int to)
+{
+    return {Step::Kind::kPause, from, to};
+}
+
+/// One "+" for each try that took a tick, "-" for each that did not.
+std::string Outcome(const std::vector<Step>& steps, TickSchedule& schedule)
+{
+    std::string outcome;
+    for (const Step& step : steps) {
+        switch (step.kind) {
+            case Step::Kind::kStart:
+                schedule.Start(At(step.at), milliseconds(step.argument));
+                break;
+            case Step::Kind::kStop:
+                schedule.Stop();
+                break;
+            case Step::Kind::kTake:
+                outcome += schedule.TakeDue(At(step.at)) ? '+' : '-';
+                break;
+            case Step::Kind::kPause:
+                schedule.DropBetween(At(step.at), At(step.argument));
+                break;
+        }
+    }
+    return outcome;
+}
+
+TEST(TickSchedule, DeliversCatchesUpAndDrops)
+{
+    struct Case {
+        const char* what;
+        std::vector<Step> steps;
+        const char* outcome;
+        int nextDue;
+    };
+    const Case cases[] = {
+        {"nothing is due at the start", {Start(100, 10), Take(100), Take(109)}, "--", 110},
+        {"a tick is taken once", {Start(100, 10), Take(110), Take(110), Take(119)}, "+--", 120},
+        {"a late tick does not move the later ones", {Start(0, 10), Take(17), Take(19), Take(20)}, "+-+", 30},
+        {"ticks of a short stall come late, one at a time",
+         {Start(0, 10), Take(35), Take(35), Take(35), Take(35)},
+         "+++-",
+         40},
+        {"a stall just short of the longest is made up", {Start(0, 1), Take(250), Take(250)}, "++", 3},
+        {"the longest stall drops all that is due",
+         {Start(0, 1), Take(251), Take(251), Take(252)},
+         "--+",
+         253},
+        {"what follows a long stall keeps the phase",
+         {Start(5, 100), Take(999), Take(1004), Take(1005)},
+         "--+",
+         1105},
+        {"an interval longer than a stall is late, not lost",
+         {Start(0, 1000), Take(1249), Take(2250)},
+         "+-",
+         3000},
+        {"what comes due in a pause is dropped",
+         {Start(0, 10), Take(10), Pause(12, 45), Take(45), Take(50)},
+         "+-+",
+         60},
+        {"what was late before a pause still comes",
+         {Start(0, 10), Take(35), Pause(35, 52), Take(52), Take(52), Take(52)},
+         "+++-",
+         60},
+        {"a tick due as a pause begins is late, one due as it ends is dropped",
+         {Start(0, 10), Pause(10, 20), Take(21), Take(21)},
+         "+-",
+         30},
+        {"a phase begun within a pause is dropped up to its end",
+         {Start(15, 10), Pause(5, 40), Take(44), Take(45)},
+         "-+",
+         55},
+        {"a new start forgets what was due", {Start(0, 10), Start(35, 20), Take(54), Take(55)}, "-+", 75},
+        {"a stop forgets what was due",
+         {Start(0, 10), Stop(35), Take(35), Pause(35, 50), Start(50, 10), Take(59)},
+         "--",
+         60},
+    };
+    for (const Case& each : cases) {
+        TickSchedule schedule;
+        EXPECT_EQ(Outcome(each.steps, schedule), each.outcome) << each.what;
+        EXPECT_EQ(schedule.NextDue(), At(each.nextDue)) << each.what;
+    }
+}
+
+TEST(TickSchedule, IsStillInPhaseAfterAMonthAtOneMillisecond)
+{
+    constexpr int kMonth = 2'000'000'000;  // 23 days in milliseconds, as far as an int reaches
+    TickSchedule schedule;
+    schedule.Start(At(0), milliseconds(1));
+    EXPECT_FALSE(schedule.TakeDue(At(kMonth)));
+    EXPECT_EQ(schedule.NextDue(), At(kMonth + 1));
+}
+
+}  // namespace
+}  // namespace platform::qt

@@ -1,0 +1,175 @@
+#include "platform/sockets/tcp_connector.h"
+#include "sockets/winsock_fixture.h"
+
+namespace platform::sockets {
+namespace {
+
+class TcpClientTest : public WinsockTest {};
+
+TEST_F(TcpClientTest, ConnectsFromTheEventLoopAndSendsTextAsAnsiBytes)
+{
+    Peer listening = Peer::Listening();
+    socket.SetRemoteHost(" 127.0.0.1 ");
+    socket.SetRemotePort(listening.Port());
+    socket.Connect();
+    EXPECT_EQ(WinsockControl::kConnecting, socket.State());
+    EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("early"); }));
+    EXPECT_EQ(Events{}, events);
+
+    Peer peer = listening.Accepted();
+    ASSERT_TRUE(Happens("connect"));
+    EXPECT_EQ(WinsockControl::kConnected, socket.State());
+    socket.SendData("A€é中");
+    socket.SendData("");
+    socket.SendData("B");
+    EXPECT_EQ("A\x80\xE9?B", peer.Receive(5));
+}
+
+TEST_F(TcpClientTest, ARefusedConnectionIsAnErrorAndLeavesTheControlInError)
+{
+    const std::string nobody = Peer::Datagrams().PortText();
+    socket.OnError = [&](int number, const std::string& description) {
+        events.push_back(std::to_string(number) + " " + description);
+    };
+    socket.Connect("127.0.0.1", nobody);
+    EXPECT_TRUE(Happens("10061 Cannot connect to 127.0.0.1 port " + nobody + ": the connection was refused"));
+    EXPECT_EQ(WinsockControl::kError, socket.State());
+    EXPECT_EQ(failure::kInvalidOperationAtCurrentState, FailureOf([&] { socket.Connect(); }));
+    socket.Close();
+    EXPECT_EQ(WinsockControl::kClosed, socket.State());
+}
+
+TEST_F(TcpClientTest, AnErrorHandlerMayConnectAgainAtOnce)
+{
+    Peer listening = Peer::Listening();
+    const std::string nobody = Peer::Datagrams().PortText();
+    int attempts = 0;
+    socket.OnError = [&](int, const std::string&) {
+        socket.Close();
+        socket.Connect("127.0.0.1", ++attempts < 100 ? nobody : listening.PortText());
+    };
+    socket.Connect("127.0.0.1", nobody);
+    EXPECT_TRUE(Happens("connect"));
+    EXPECT_EQ(100, attempts);
+}
+
+TEST_F(TcpClientTest, WhatTheNetworkRefusesAtOnceIsStillAnEvent)
+{
+    socket.Connect("255.255.255.255", "5015");
+    EXPECT_EQ(Events{}, events);
+    EXPECT_TRUE(WaitFor([&] { return !events.empty(); }));
+    EXPECT_EQ(WinsockControl::kError, stateInError);
+}
+
+TEST_F(TcpClientTest, AHostNameIsLookedUpInTheBackground)
+{
+    Peer listening = Peer::Listening();
+    socket.Connect("localhost", listening.PortText());
+    EXPECT_EQ(WinsockControl::kConnecting, socket.State());
+    EXPECT_TRUE(Happens("connect"));
+    socket.Close();
+
+    for (const char* unknown : {"no.such.host.invalid", "127.0.0.1 x"}) {
+        socket.Connect(unknown, "5015");
+        EXPECT_TRUE(Happens("error 11001")) << unknown;
+        EXPECT_EQ(WinsockControl::kError, stateInError);
+        events.clear();
+    }
+}
+
+TEST_F(TcpClientTest, TheAddressesOfAHostAreTriedInTurn)
+{
+    Peer listening = Peer::Listening("127.0.0.3");
+    std::vector<SocketAddress> addresses;
+    for (const char* text : {"::1", "127.0.0.2", "127.0.0.3"}) {
+        addresses.push_back(AddressFromText(text).value());
+        addresses.back().SetPort(listening.Port());
+    }
+    std::string reached;
+    const TcpConnector connector(
+        gate, addresses,
+        {.connected =
+             [&](FileDescriptor connection) { reached = SocketAddress::OfPeer(connection.Number()).Host(); },
+         .failed = [&](int, const SocketAddress&) { reached = "nobody"; }});
+    EXPECT_TRUE(WaitFor([&] { return !reached.empty(); }));
+    EXPECT_EQ("127.0.0.3", reached);
+}
+
+TEST_F(TcpClientTest, AnOrderlyEndRaisesTheLastDataAndThenClose)
+{
+    Peer peer = ConnectedPeer();
+    peer.Send("last");
+    peer.Close();
+    EXPECT_TRUE(Happens("close"));
+    EXPECT_EQ((Events{"data last", "close"}), events);
+}
+
+TEST_F(TcpClientTest, AResetIsAnErrorWhoeverMeetsItFirst)
+{
+    Peer peer = ConnectedPeer();
+    peer.Reset();
+    EXPECT_TRUE(Happens("error 10054"));
+
+    peer = ConnectedPeer();
+    peer.Reset();
+    EXPECT_EQ(failure::kConnectionReset, FailureOf([&] { socket.SendData("lost"); }));
+    EXPECT_TRUE(Happens("error 10054"));
+    EXPECT_EQ(Events{"error 10054"}, events);
+}
+
+TEST_F(TcpClientTest, SendingToAPeerThatHasGoneInOrderStillEndsInClose)
+{
+    Peer peer = ConnectedPeer();
+    peer.Close();
+    socket.SendData("answered with a reset");
+    EXPECT_EQ(failure::kConnectionAborted, FailureOf([&] { socket.SendData("refused"); }));
+    EXPECT_TRUE(Happens("close"));
+    EXPECT_EQ(Events{"close"}, events);
+}
+
+TEST_F(TcpClientTest, NoEventComesAfterClose)
+{
+    Peer listening = Peer::Listening();
+    socket.Connect("127.0.0.1", listening.PortText());
+    socket.Close();
+    socket.Connect("127.0.0.1", Peer::Datagrams().PortText());
+    socket.Close();
+    socket.Connect("255.255.255.255", "5015");
+    socket.Close();
+    socket.Connect("no.such.host.invalid", "5015");
+    socket.Close();
+    EXPECT_TRUE(WaitFor([&] { return OpenDescriptors() > 0 && ComesToRest(); }));
+    EXPECT_EQ(Events{}, events);
+
+    Peer peer = ConnectedPeer();
+    socket.OnDataArrival = [&](std::size_t) {
+        events.emplace_back("data");
+        socket.Close();
+    };
+    peer.Send("x");
+    peer.Close();
+    ASSERT_TRUE(Happens("data"));
+    EXPECT_TRUE(ComesToRest());
+    EXPECT_EQ(Events{"data"}, events);
+    EXPECT_EQ("", socket.GetData());
+}
+
+TEST_F(TcpClientTest, EventsWaitForARunningHandlerWithoutKeepingTheEventLoopBusy)
+{
+    Peer peer = ConnectedPeer();
+    gate.Enter([&] {
+        peer.Send("x");
+        EXPECT_TRUE(ComesToRest());
+        EXPECT_EQ(Events{}, events);
+    });
+    EXPECT_EQ(Events{"data x"}, events);
+    gate.Enter([&] {
+        peer.Send("y");
+        EXPECT_TRUE(ComesToRest());
+        socket.Close();
+    });
+    EXPECT_EQ(Events{"data x"}, events);
+}
+
+}  // namespace
+}  // namespace platform::sockets

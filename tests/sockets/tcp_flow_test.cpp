@@ -1,0 +1,126 @@
+#include <sys/socket.h>
+
+#include <QTimer>
+#include <atomic>
+#include <thread>
+
+#include "sockets/winsock_fixture.h"
+
+namespace platform::sockets {
+namespace {
+
+constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+
+class TcpFlowTest : public WinsockTest {
+protected:
+    /// Sends records, each different, until one is refused; gives what was accepted.
+    std::string SendUntilRefused()
+    {
+        const std::string filling(64000, '.');
+        std::string accepted;
+        for (int record = 0;; ++record) {
+            const std::string text = std::to_string(record) + filling;
+            refusal = FailureOf([&] { socket.SendData(text); });
+            if (refusal != 0)
+                return accepted;
+            accepted += text;
+        }
+    }
+
+    int refusal = 0;
+};
+
+TEST_F(TcpFlowTest, APeerThatStopsReadingFillsTheQueueToItsLimitAndLosesNothing)
+{
+    constexpr std::size_t kLimit = 64 * kMegabyte;
+    constexpr std::size_t kMostInSystem = 40 * kMegabyte;
+    Peer peer = ConnectedPeer();
+    std::string accepted = SendUntilRefused();
+    EXPECT_EQ(failure::kSocketWouldBlock, refusal);
+    EXPECT_GE(accepted.size(), kLimit);
+    EXPECT_LE(accepted.size(), kLimit + kMostInSystem);
+
+    const std::string begun = peer.Receive(8 * kMegabyte);
+    accepted += SendUntilRefused();
+    EXPECT_TRUE(begun + peer.Receive(accepted.size() - begun.size()) == accepted);
+    EXPECT_EQ(WinsockControl::kConnected, socket.State());
+    EXPECT_EQ(Events{}, events);
+}
+
+TEST_F(TcpFlowTest, CloseStillHandsOverWhatWasAccepted)
+{
+    Peer peer = ConnectedPeer();
+    const std::string accepted = SendUntilRefused();
+    peer.Send("never read");
+    socket.Close();
+    EXPECT_EQ(WinsockControl::kClosed, socket.State());
+    EXPECT_TRUE(peer.ReceiveAll() == accepted);
+    EXPECT_EQ(Events{}, events);
+}
+
+TEST_F(TcpFlowTest, TheLimitHoldsForClosedConnectionsAndTheNextOneTogether)
+{
+    Peer former = ConnectedPeer();
+    EXPECT_GE(SendUntilRefused().size(), 64 * kMegabyte);
+    socket.Close();
+    Peer peer = ConnectedPeer();
+    socket.SendData("a peer that reads is served");
+    EXPECT_EQ("a peer that reads is served", peer.Receive(27));
+    const std::string accepted = SendUntilRefused();
+    EXPECT_LE(accepted.size(), 40 * kMegabyte);
+
+    former.Reset();
+    EXPECT_TRUE(peer.Receive(accepted.size()) == accepted);
+    EXPECT_GE(SendUntilRefused().size(), 64 * kMegabyte);
+}
+
+TEST_F(TcpFlowTest, APeerThatEndsItsSideGetsWhatIsUnderWay)
+{
+    Peer peer = ConnectedPeer();
+    const std::string accepted = SendUntilRefused();
+    peer.EndSending();
+    ASSERT_TRUE(Happens("close"));
+    EXPECT_TRUE(peer.ReceiveAll() == accepted);
+}
+
+TEST_F(TcpFlowTest, AFloodIsTakenInBoundedPiecesBetweenWhichTheLoopGoesOn)
+{
+    constexpr std::size_t kFlood = 512 * kMegabyte;
+    constexpr int kRecords = 1000;
+    Peer listening = Peer::Listening();
+    socket.Connect("127.0.0.1", listening.PortText());
+    Peer peer = listening.Accepted();
+    ASSERT_TRUE(Happens("connect"));
+
+    std::size_t passes = 0;
+    std::size_t longestRun = 0;
+    std::size_t run = 0;
+    std::size_t most = 0;
+    socket.OnDataArrival = [&](std::size_t bytes) {  // and never takes it
+        most = std::max(most, bytes);
+        longestRun = std::max(longestRun, ++run);
+    };
+    QTimer everyPass;
+    QObject::connect(&everyPass, &QTimer::timeout, [&] {
+        run = 0;
+        if (passes++ < kRecords)
+            socket.SendData("0123456789");
+    });
+    everyPass.start(0);
+
+    std::thread flood([&] {
+        const std::string bytes(kMegabyte, 'x');
+        for (std::size_t sent = 0; sent < kFlood; sent += bytes.size())
+            peer.SendBlocking(bytes);
+        peer.EndSending();
+    });
+    EXPECT_TRUE(Happens("close"));
+    flood.join();
+    EXPECT_LE(most, kMegabyte);
+    EXPECT_GT(passes, kRecords);
+    EXPECT_LE(longestRun, 2);
+    EXPECT_EQ(kRecords * 10, peer.ReceiveAll().size());
+}
+
+}  // namespace
+}  // namespace platform::sockets

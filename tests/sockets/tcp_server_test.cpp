@@ -1,0 +1,110 @@
+#include "sockets/winsock_fixture.h"
+
+namespace platform::sockets {
+namespace {
+
+class TcpServerTest : public WinsockTest {
+protected:
+    std::uint16_t Listen()
+    {
+        socket.Listen();
+        const std::uint16_t port = socket.LocalPort();
+        socket.SetLocalPort(port);
+        return port;
+    }
+};
+
+TEST_F(TcpServerTest, ServesPeersOfBothAddressFamiliesOneAfterTheOther)
+{
+    const std::uint16_t port = Listen();
+    for (const char* address : {"127.0.0.1", "::1"}) {
+        EXPECT_EQ(WinsockControl::kListening, socket.State());
+        EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("to nobody"); }));
+        Peer peer = Peer::ConnectTo(port, address);
+        ASSERT_TRUE(Happens("request")) << address;
+        EXPECT_EQ(WinsockControl::kConnected, socket.State());
+        socket.SendData("record");
+        EXPECT_EQ("record", peer.Receive(6));
+        peer.Close();
+        ASSERT_TRUE(Happens("close"));
+        socket.Listen();
+    }
+    EXPECT_EQ((Events{"request", "close", "request", "close"}), events);
+}
+
+TEST_F(TcpServerTest, OtherPeersThatWaitAreRefusedAndLaterOnesToo)
+{
+    const std::uint16_t port = Listen();
+    Peer first = Peer::ConnectTo(port);
+    Peer second = Peer::ConnectTo(port);
+    ASSERT_TRUE(Happens("request"));
+    EXPECT_EQ("reset", second.ReceiveAll());
+    Peer third = Peer::ConnectTo(port);
+    EXPECT_EQ("", third.ReceiveAll());
+    socket.SendData("record");
+    EXPECT_EQ("record", first.Receive(6));
+    EXPECT_EQ(Events{"request"}, events);
+}
+
+TEST_F(TcpServerTest, ARequestIsGoodOnceAndOnlyInItsHandler)
+{
+    const std::uint16_t port = Listen();
+    std::vector<int> failures;
+    WinsockControl::RequestId ignored = 0;
+    socket.OnConnectionRequest = [&](WinsockControl::RequestId request) {
+        failures.push_back(FailureOf([&] { socket.Accept(request); }));
+        ignored = request;
+        socket.Close();
+        failures.push_back(FailureOf([&] { socket.Accept(request + 1); }));
+    };
+    Peer peer = Peer::ConnectTo(port);
+    EXPECT_EQ("", peer.ReceiveAll());
+    failures.push_back(FailureOf([&] { socket.Accept(ignored); }));
+    EXPECT_EQ((std::vector{failure::kInvalidOperationAtCurrentState, failure::kWrongProtocolOrState,
+                           failure::kWrongProtocolOrState}),
+              failures);
+}
+
+TEST_F(TcpServerTest, APortThatIsTakenIsAFailureAndLeavesTheControlClosed)
+{
+    const Peer other = Peer::Listening();
+    socket.SetLocalPort(other.Port());
+    EXPECT_EQ(failure::kAddressInUse, FailureOf([&] { socket.Listen(); }));
+    EXPECT_EQ(WinsockControl::kClosed, socket.State());
+}
+
+TEST_F(TcpServerTest, APeerThatResetsBeforeItIsServedIsAnError)
+{
+    const std::uint16_t port = Listen();
+    Peer::ConnectTo(port).Reset();
+    ASSERT_TRUE(Happens("error 10054"));
+    EXPECT_EQ((Events{"request", "error 10054"}), events);
+}
+
+TEST_F(TcpServerTest, PeersComeAndGoAThousandTimesWithoutLeavingAnythingBehind)
+{
+    constexpr int kTimes = 1000;
+    const std::uint16_t port = Listen();
+    const std::size_t before = OpenDescriptors();
+    for (int time = 0; time < kTimes; ++time) {
+        Peer peer = Peer::ConnectTo(port);
+        ASSERT_TRUE(Happens("request"));
+        socket.SendData("record");
+        ASSERT_EQ("record", peer.Receive(6));
+        const bool peerEndsFirst = time % 2 == 0;
+        if (peerEndsFirst) {
+            peer.Close();
+            ASSERT_TRUE(Happens("close"));
+        } else {
+            socket.Close();
+            ASSERT_EQ("", peer.ReceiveAll());
+        }
+        events.clear();
+        socket.Listen();
+    }
+    EXPECT_TRUE(WaitFor([&] { return OpenDescriptors() == before; }))
+        << OpenDescriptors() << " from " << before;
+}
+
+}  // namespace
+}  // namespace platform::sockets

@@ -1,0 +1,162 @@
+#include "platform/sockets/multicast.h"
+#include "sockets/fresh_network.h"
+#include "sockets/winsock_fixture.h"
+
+namespace platform::sockets {
+namespace {
+
+class UdpTest : public WinsockTest {
+protected:
+    UdpTest() { socket.SetProtocol(WinsockControl::Protocol::kUdp); }
+};
+
+TEST_F(UdpTest, ConnectOnlyRemembersTheTarget)
+{
+    for (const char* address : {"127.0.0.1", "::1"}) {
+        Peer receiver = Peer::Datagrams(address);
+        socket.Connect(address, receiver.PortText());
+        EXPECT_EQ(WinsockControl::kConnected, socket.State());
+        socket.SendData("A€中");
+        EXPECT_EQ("A\x80?", receiver.ReceiveDatagram());
+        socket.SendData("");
+        EXPECT_EQ("", receiver.ReceiveDatagram());
+        socket.Close();
+    }
+    EXPECT_EQ(Events{}, events);
+}
+
+TEST_F(UdpTest, AHostNameIsLookedUpFirst)
+{
+    Peer receiver = Peer::Datagrams();
+    socket.Connect("localhost", receiver.PortText());
+    EXPECT_EQ(WinsockControl::kConnecting, socket.State());
+    EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("early"); }));
+    EXPECT_TRUE(WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
+    socket.SendData("record");
+    EXPECT_EQ("record", receiver.ReceiveDatagram());
+    socket.Close();
+
+    socket.Connect("no.such.host.invalid", "5015");
+    EXPECT_TRUE(Happens("error 11001"));
+}
+
+TEST_F(UdpTest, OnlyARecordLongerThanADatagramIsRefused)
+{
+    constexpr std::size_t kLongest = 65507;
+    Peer receiver = Peer::Datagrams();
+    socket.Connect("127.0.0.1", receiver.PortText());
+    EXPECT_EQ(failure::kMessageTooLong, FailureOf([&] { socket.SendData(std::string(kLongest + 1, 'x')); }));
+    socket.SendData(std::string(kLongest, 'x'));
+    EXPECT_EQ(std::string(kLongest, 'x'), receiver.ReceiveDatagram());
+}
+
+TEST_F(UdpTest, AReceiverThatStartsLateGetsEveryLaterRecord)
+{
+    std::uint16_t port = 0;
+    {
+        port = Peer::Datagrams().Port();
+    }
+    socket.Connect("127.0.0.1", std::to_string(port));
+    for (int record = 0; record < 3; ++record) {
+        socket.SendData("to nobody");
+        EXPECT_TRUE(ComesToRest());
+    }
+    Peer receiver = Peer::Datagrams("127.0.0.1", port);
+    for (const char* record : {"first", "second"}) {
+        socket.SendData(record);
+        EXPECT_EQ(record, receiver.ReceiveDatagram());
+    }
+    EXPECT_EQ(Events{}, events);
+}
+
+TEST_F(UdpTest, AReceiverThatSaysHelloGetsTheFeed)
+{
+    socket.Listen();
+    EXPECT_EQ(WinsockControl::kListening, socket.State());
+    EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("to nobody"); }));
+    for (const char* address : {"127.0.0.1", "::1"}) {
+        Peer receiver = Peer::Datagrams(address);
+        receiver.SendTo(socket.LocalPort(), "hello", address);
+        EXPECT_TRUE(Happens("data hello"));
+        socket.SendData("record");
+        EXPECT_EQ("record", receiver.ReceiveDatagram());
+        socket.Close();
+        socket.Listen();
+        socket.SendData("the target outlasts Close");
+        EXPECT_EQ("the target outlasts Close", receiver.ReceiveDatagram());
+        events.clear();
+    }
+}
+
+TEST_F(UdpTest, AStrangersDatagramDoesNotTurnTheFeedOfAClientRole)
+{
+    Peer receiver = Peer::Datagrams();
+    Peer stranger = Peer::Datagrams();
+    socket.Connect("127.0.0.1", receiver.PortText());
+    stranger.SendTo(socket.LocalPort(), "");
+    EXPECT_TRUE(Happens("data "));
+    socket.SendData("record");
+    EXPECT_EQ("record", receiver.ReceiveDatagram());
+}
+
+TEST_F(UdpTest, BindOpensTheLocalPortAndSharesItWithThoseWhoShare)
+{
+    const Peer sharing = Peer::Datagrams("0.0.0.0", 0, true);
+    socket.Bind(sharing.PortText());
+    EXPECT_EQ(WinsockControl::kOpen, socket.State());
+    socket.Close();
+    socket.Listen();
+    EXPECT_EQ(sharing.Port(), socket.LocalPort());
+    socket.Close();
+
+    const Peer alone = Peer::Datagrams("0.0.0.0");
+    EXPECT_EQ(failure::kAddressInUse, FailureOf([&] { socket.Bind(alone.PortText()); }));
+    EXPECT_EQ(WinsockControl::kClosed, socket.State());
+    socket.SetProtocol(WinsockControl::Protocol::kTcp);
+    EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.Bind("0"); }));
+}
+
+TEST_F(UdpTest, OurOwnMulticastRecordsAreNoPeersData)
+{
+    Multicast multicast(gate);
+    for (const char* group : {"239.1.2.3", "ff02::123"}) {
+        Peer member = Peer::InGroup(group);
+        socket.Bind(member.PortText());
+        multicast.SendToGroup({'x'}, group, member.Port());
+        EXPECT_EQ("x", member.ReceiveDatagram());
+        EXPECT_TRUE(ComesToRest());
+        EXPECT_EQ(Events{}, events) << group;
+        socket.Close();
+    }
+}
+
+TEST_F(UdpTest, AFloodOfDatagramsIsTakenInBoundedPieces)
+{
+    constexpr int kDatagrams = 2000;
+    std::size_t most = 0;
+    socket.OnDataArrival = [&](std::size_t bytes) { most = std::max(most, bytes); };
+    socket.Listen();
+    Peer peer = Peer::Datagrams();
+    const std::string datagram(60000, 'x');
+    for (int sent = 0; sent < kDatagrams; ++sent) {
+        peer.SendTo(socket.LocalPort(), datagram);
+        EXPECT_TRUE(sent % 3 != 0 || ComesToRest());
+    }
+    EXPECT_GE(most, datagram.size());
+    EXPECT_LE(most, std::size_t{1} << 20);
+}
+
+TEST_F(UdpTest, ANetworkThatIsDownRefusesTheRecordAlone)
+{
+    const FreshNetwork network;
+    socket.Connect("127.0.0.1", "5015");
+    EXPECT_EQ(failure::kNetworkUnreachable, FailureOf([&] { socket.SendData("lost"); }));
+    FreshNetwork::BringLoopBackUp();
+    Peer receiver = Peer::Datagrams("127.0.0.1", 5015);
+    socket.SendData("record");
+    EXPECT_EQ("record", receiver.ReceiveDatagram());
+    EXPECT_EQ(Events{}, events);
+}
+
+}  // namespace
+}  // namespace platform::sockets

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/event_gate.h"
+#include "platform/failure_numbers.h"
+#include "platform/regional_formats.h"
+#include "platform/sockets/winsock.h"
+#include "sockets/event_loop.h"
+#include "sockets/peer.h"
+
+namespace platform::sockets {
+
+/// Numbers with a decimal point; the controls use nothing else.
+class PointFormats final : public RegionalFormats {
+public:
+    std::string LongTime(DateTime) const override { return {}; }
+    std::string ShortDate(DateTime) const override { return {}; }
+    std::string DecimalSign() const override { return "."; }
+    std::optional<DateTime> DateOrTime(std::string_view) const override { return std::nullopt; }
+    std::optional<double> Number(std::string_view text) const override
+    {
+        const std::string copy(text);
+        char* end = nullptr;
+        const double number = std::strtod(copy.c_str(), &end);
+        return copy.empty() || *end != '\0' ? std::nullopt : std::optional(number);
+    }
+};
+
+/// The number of the Failure that a call throws; 0 for none.
+template <class Call>
+int FailureOf(Call call)
+{
+    try {
+        call();
+        return 0;
+    } catch (const Failure& failure) {
+        return failure.Number();
+    }
+}
+
+/// A control whose events are written down. As in the program, a request is accepted, and what has ended or
+/// failed is closed, unless the test sets a handler of its own.
+class WinsockTest : public testing::Test {
+protected:
+    using Events = std::vector<std::string>;
+
+    WinsockTest()
+    {
+        socket.OnConnect = [this] { events.emplace_back("connect"); };
+        socket.OnConnectionRequest = [this](WinsockControl::RequestId request) {
+            events.emplace_back("request");
+            socket.Close();
+            socket.Accept(request);
+        };
+        socket.OnDataArrival = [this](std::size_t) { events.push_back("data " + socket.GetData()); };
+        socket.OnClose = [this] {
+            events.emplace_back("close");
+            socket.Close();
+        };
+        socket.OnError = [this](int number, const std::string&) {
+            events.push_back("error " + std::to_string(number));
+            stateInError = socket.State();
+            socket.Close();
+        };
+    }
+
+    ~WinsockTest() override
+    {
+        socket.Close();  // no handler of the test's runs after it
+        EXPECT_TRUE(ComesToRest()) << "the event loop spins";
+    }
+
+    Peer ConnectedPeer()
+    {
+        Peer listening = Peer::Listening();
+        socket.Connect("127.0.0.1", listening.PortText());
+        Peer peer = listening.Accepted();
+        EXPECT_TRUE(WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
+        events.clear();
+        return peer;
+    }
+
+    [[nodiscard]] bool Happens(const std::string& event)
+    {
+        return WaitFor([&] { return !events.empty() && events.back() == event; });
+    }
+
+    EventGate gate;
+    PointFormats formats;
+    Winsock socket{gate, formats};
+    Events events;
+    std::int16_t stateInError = -1;
+};
+
+}  // namespace platform::sockets
