@@ -7,6 +7,6 @@
 /// Failure ends the run, as does a reader that does not come to an end.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    (void)platform::jet::ReadEverything({data, data + size}, "4073");
+    (void)platform::jet::ReadEverything({reinterpret_cast<const char*>(data), size}, "4073");
     return 0;
 }
