@@ -9,7 +9,11 @@
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
+#include "platform/jet/catalogue.h"
 #include "platform/jet/engine.h"
+#include "platform/jet/file_source.h"
+#include "platform/jet/index_order.h"
+#include "platform/jet/sorted_order.h"
 
 namespace platform::jet {
 namespace {
@@ -168,6 +172,18 @@ void CompareFile(const fs::path& database, const Json& sidecar)
                           ? ReadJson(folder / sidecar["rowsFrom"].get<std::string>())["rows"]
                           : sidecar["rows"];
     CompareRows(*open(ConnectFor(database)), rows);
+    CompareOrders(database);
+}
+
+/// An index and a sort must come to the same order.
+void CompareOrders(const fs::path& database)
+{
+    const PageFile file(std::make_unique<FileSource>(database.string()), database.string());
+    const TableDefinition table = FindTable(file, "trans");
+    const Column& column = *table.Find("ref");
+    const auto byIndex = PositionsByIndex(file, table, column);
+    if (byIndex && *byIndex != PositionsBySorting(file, table, column))
+        throw Difference("the index and the sort differ in order");
 }
 
 /// Empty where the file is as expected.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <stdexcept>
+#include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/jet/byte_source.h"
 
@@ -19,8 +19,7 @@ public:
 /// A database held in memory, which stops a reader after a number of reads.
 class MemorySource : public ByteSource {
 public:
-    MemorySource(std::vector<std::uint8_t> bytes, std::uint64_t mostReads)
-        : bytes_(std::move(bytes)), readsLeft_(mostReads)
+    MemorySource(std::string bytes, std::uint64_t mostReads) : bytes_(std::move(bytes)), readsLeft_(mostReads)
     {}
 
     [[nodiscard]] std::size_t Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const override
@@ -36,7 +35,7 @@ public:
     [[nodiscard]] std::uint64_t Size() const override { return bytes_.size(); }
 
 private:
-    std::vector<std::uint8_t> bytes_;
+    std::string bytes_;
     mutable std::uint64_t readsLeft_;
 };
 

@@ -22,7 +22,7 @@ struct Outcome {
 
 /// Opens a database in memory and reads every column of every row of the table trans, keeping the Failures
 /// that come. Anything else that is thrown goes through.
-inline Outcome ReadEverything(const std::vector<std::uint8_t>& bytes, const std::string& password)
+inline Outcome ReadEverything(const std::string& bytes, const std::string& password)
 {
     constexpr std::uint64_t kReadsForEachPage = 200;
     const std::uint64_t mostReads = 20'000 + kReadsForEachPage * bytes.size() / kJet3Layout.pageSize;

@@ -1,0 +1,73 @@
+#include "platform/jet/text.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/jet/text_sort_key.h"
+
+namespace platform::jet {
+namespace {
+
+using std::string_literals::operator""s;
+
+ByteView ViewOf(const std::string& bytes)
+{
+    return ByteView{{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}};
+}
+
+TEST(Text, IsDecodedAsItsFormatStoresIt)
+{
+    struct Case {
+        const char* name;
+        Format format;
+        std::string bytes;
+        std::string text;
+    };
+    const std::vector<Case> cases = {
+        {"plain", Format::kJet4, "a\0\xAC\x20"s, "a€"},
+        {"plain with U+0000", Format::kJet4, "a\0\0\0b\0"s, "a\0b"s},
+        {"a surrogate pair", Format::kJet4, "\x3D\xD8\x00\xDE"s, "😀"},
+        {"halves of surrogate pairs", Format::kJet4, "\x3D\xD8\x41\x00\x00\xDE\x3D\xD8"s,
+         "\uFFFDA\uFFFD\uFFFD"},
+        {"compressed", Format::kJet4, "\xFF\xFE"s + "caf\xE9\r\n", "café\r\n"},
+        {"nothing after the mark", Format::kJet4, "\xFF\xFE"s, ""},
+        {"to UTF-16 and back", Format::kJet4, "\xFF\xFE"s + "1\0\xAC\x20\x3D\xD8\x01\xDE\0"s + "2\xFC",
+         "1€😁2ü"},
+        {"UTF-16 at once", Format::kJet4, "\xFF\xFE\0\x1C\x20"s, "\u201C"},
+        {"code page", Format::kJet3, "ab\x80\x93\xFF", "ab€\u201Cÿ"},
+        {"no mark in a code page", Format::kJet3, "\xFF\xFE\0z"s, "ÿþ\0z"s},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(DecodeText(ViewOf(c.bytes), c.format), c.text) << c.name;
+    EXPECT_THROW((void)DecodeText(ViewOf("a\0b"s), Format::kJet4), Damage);
+    EXPECT_THROW((void)DecodeText(ViewOf("\xFF\xFE"s + "a\0\xAC"s), Format::kJet4), Damage);
+}
+
+TEST(TextSortKey, OrdersTextsAsPeopleDo)
+{
+    const std::vector<std::string> ascending = {
+        "",     "-",     " ", "!",   "_x", "~",        "+",   "<",  "€", "02", "1",    "10",
+        "9",    "a",     "ä", "a b", "aa", "ab",       "a-b", "ae", "B", "ba", "Coop", "co-op",
+        "côop", "COOP2", "o", "œ",   "op", "Strasse2", "z",   "Ž",  "α", "Ж",  "漢"};
+    for (std::size_t i = 1; i < ascending.size(); ++i)
+        EXPECT_LT(TextSortKey(ascending[i - 1]), TextSortKey(ascending[i]))
+            << ascending[i - 1] << " before " << ascending[i];
+}
+
+TEST(TextSortKey, TakesCaseAndSpellingsOfOneLetterForEqual)
+{
+    for (const auto& [one, other] : std::vector<std::pair<std::string, std::string>>{{"a", "A"},
+                                                                                     {"é", "É"},
+                                                                                     {"ß", "ss"},
+                                                                                     {"Æ", "ae"},
+                                                                                     {"Ω", "ω"},
+                                                                                     {"я", "Я"},
+                                                                                     {"Ё", "ё"},
+                                                                                     {"a\tb", "ab"}})
+        EXPECT_EQ(TextSortKey(one), TextSortKey(other)) << one << " and " << other;
+}
+
+}  // namespace
+}  // namespace platform::jet
