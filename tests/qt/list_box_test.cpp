@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
@@ -106,6 +108,11 @@ TEST_F(ListBoxTest, FollowsTheMouse)
     const int rowHeight = list.fontMetrics().height();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {5, 3 * rowHeight + 1});
     EXPECT_EQ(list.SelectedLine(), 44);
+    QWheelEvent towardsTheEnd({5, 5}, list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
+                              Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(list.viewport(), &towardsTheEnd);
+    EXPECT_EQ(list.TopLine(), 41 + QApplication::wheelScrollLines());
+    EXPECT_EQ(list.SelectedLine(), 44);
     list.Clear();
     AddLines(2);
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {5, 8 * rowHeight});
@@ -129,7 +136,7 @@ TEST_F(ListBoxTest, PaintsTheLinesInViewOnlyHoweverLongListAndLinesAre)
     constexpr int kLines = 3'000'000;
     for (int i = 0; i < kLines; ++i)
         list.AddItem("x");
-    list.AddItem(std::string(50'000'000, 'W') + "\n");
+    list.AddItem(std::string(1'000'000, 'W') + "\n");
     QTest::keyClick(&list, Qt::Key_End);
     EXPECT_EQ(list.SelectedLine(), kLines);
     EXPECT_EQ(list.verticalScrollBar()->maximum(), kLines + 1 - 10);

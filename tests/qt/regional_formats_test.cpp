@@ -119,13 +119,28 @@ TEST(RegionalFormats, ReadNumbers)
         std::optional<double> number;
     };
     const Case cases[] = {
-        {"en_US", "1,500", 1500},   {"en_US", " 2 ", 2},          {"en_US", "1e3", 1000},
-        {"en_US", "-5", -5},        {"en_US", "2.5", 2.5},        {"de_DE", "2,5", 2.5},
-        {"de_DE", "1.500", 1500},   {"de_DE", "2.5", {}},         {"sv_SE", "1e3", 1000},
-        {"sv_SE", "-5", -5},        {"fr_FR", "1 500,5", 1500.5}, {"ar_EG", "2.5", 2.5},
-        {"en_US", "1,50,0", {}},    {"en_US", "0x10", {}},        {"en_US", "inf", {}},
-        {"en_US", "-infinity", {}}, {"en_US", "nan", {}},         {"en_US", "1e999", {}},
-        {"en_US", "", {}},          {"en_US", " ", {}},           {"en_US", "12a", {}},
+        {"en_US", "1,500", 1500},
+        {"en_US", " 2 ", 2},
+        {"en_US", "1e3", 1000},
+        {"en_US", "-5", -5},
+        {"en_US", "2.5", 2.5},
+        {"de_DE", "2,5", 2.5},
+        {"de_DE", "1.500", 1500},
+        {"de_DE", "2.5", {}},
+        {"sv_SE", "1e3", 1000},
+        {"sv_SE", "-5", -5},
+        {"fr_FR", "1 500,5", 1500.5},
+        {"ar_EG", "2.5", 2.5},
+        {"ar_EG", "\u0662\u0665", 25},
+        {"en_US", "1,50,0", {}},
+        {"en_US", "0x10", {}},
+        {"en_US", "inf", {}},
+        {"en_US", "-infinity", {}},
+        {"en_US", "nan", {}},
+        {"en_US", "1e999", {}},
+        {"en_US", "", {}},
+        {"en_US", " ", {}},
+        {"en_US", "12a", {}},
     };
     for (const Case& each : cases)
         EXPECT_EQ(RegionalFormats{QLocale(each.locale)}.Number(each.text), each.number)
