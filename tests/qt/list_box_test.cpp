@@ -11,7 +11,6 @@
 #include <QWheelEvent>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace platform::qt {
 namespace {
@@ -52,30 +51,17 @@ TEST_F(ListBoxTest, ScrollsTheSelectedLineIntoView)
 
 TEST_F(ListBoxTest, RefusesALineThatIsNotThereAndKeepsItsSelection)
 {
-    AddLines(3);
-    list.SetListIndex(2);
-    for (const std::int16_t index : std::initializer_list<std::int16_t>{3, -2, 32767}) {
-        try {
-            list.SetListIndex(index);
-            ADD_FAILURE() << "took index " << index;
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number(), failure::kInvalidPropertyValue);
-        }
-    }
-    EXPECT_EQ(list.SelectedLine(), 2);
-    list.SetListIndex(-1);
-    EXPECT_EQ(list.SelectedLine(), -1);
-}
-
-TEST_F(ListBoxTest, IsEmptyAfterClear)
-{
     AddLines(100);
     list.SetListIndex(99);
     ASSERT_TRUE(WaitForTopLine(90));
+    for (const int index : {100, -2, 32767})
+        EXPECT_THROW(list.SetListIndex(static_cast<std::int16_t>(index)), Failure) << index;
+    EXPECT_EQ(list.SelectedLine(), 99);
     list.Clear();
     EXPECT_TRUE(WaitForTopLine(0));
     EXPECT_EQ(list.SelectedLine(), -1);
     EXPECT_THROW(list.SetListIndex(0), Failure);
+    EXPECT_NO_THROW(list.SetListIndex(-1));
 }
 
 TEST_F(ListBoxTest, FollowsTheKeyboard)
@@ -86,9 +72,8 @@ TEST_F(ListBoxTest, FollowsTheKeyboard)
         int top;
     };
     const Case cases[] = {
-        {Qt::Key_Down, 0, 0},      {Qt::Key_Up, 0, 0},    {Qt::Key_Down, 1, 0},
-        {Qt::Key_PageDown, 11, 2}, {Qt::Key_End, 99, 90}, {Qt::Key_Down, 99, 90},
-        {Qt::Key_PageUp, 89, 89},  {Qt::Key_Up, 88, 88},  {Qt::Key_Home, 0, 0},
+        {Qt::Key_Down, 0, 0},   {Qt::Key_Up, 0, 0},       {Qt::Key_PageDown, 10, 1}, {Qt::Key_End, 99, 90},
+        {Qt::Key_Down, 99, 90}, {Qt::Key_PageUp, 89, 89}, {Qt::Key_Up, 88, 88},      {Qt::Key_Home, 0, 0},
     };
     QTest::keyClick(&list, Qt::Key_Down);
     EXPECT_EQ(list.SelectedLine(), -1) << "of an empty list";
