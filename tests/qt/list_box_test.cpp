@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace platform::qt {
 namespace {
@@ -50,30 +51,17 @@ TEST_F(ListBoxTest, ScrollsTheSelectedLineIntoView)
 
 TEST_F(ListBoxTest, RefusesALineThatIsNotThereAndKeepsItsSelection)
 {
-    AddLines(3);
-    list.SetListIndex(2);
-    for (const std::int16_t index : std::initializer_list<std::int16_t>{3, -2, 32767}) {
-        try {
-            list.SetListIndex(index);
-            ADD_FAILURE() << "took index " << index;
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number(), failure::kInvalidPropertyValue);
-        }
-    }
-    EXPECT_EQ(list.SelectedLine(), 2);
-    list.SetListIndex(-1);
-    EXPECT_EQ(list.SelectedLine(), -1);
-}
-
-TEST_F(ListBoxTest, IsEmptyAfterClear)
-{
     AddLines(100);
     list.SetListIndex(99);
     ASSERT_TRUE(WaitForTopLine(90));
+    for (const int index : {100, -2, 32767})
+        EXPECT_THROW(list.SetListIndex(static_cast<std::int16_t>(index)), Failure) << index;
+    EXPECT_EQ(list.SelectedLine(), 99);
     list.Clear();
     EXPECT_TRUE(WaitForTopLine(0));
     EXPECT_EQ(list.SelectedLine(), -1);
     EXPECT_THROW(list.SetListIndex(0), Failure);
+    EXPECT_NO_THROW(list.SetListIndex(-1));
 }
 
 TEST_F(ListBoxTest, FollowsTheKeyboard)
@@ -84,9 +72,8 @@ TEST_F(ListBoxTest, FollowsTheKeyboard)
         int top;
     };
     const Case cases[] = {
-        {Qt::Key_Down, 0, 0},      {Qt::Key_Up, 0, 0},    {Qt::Key_Down, 1, 0},
-        {Qt::Key_PageDown, 11, 2}, {Qt::Key_End, 99, 90}, {Qt::Key_Down, 99, 90},
-        {Qt::Key_PageUp, 89, 89},  {Qt::Key_Up, 88, 88},  {Qt::Key_Home, 0, 0},
+        {Qt::Key_Down, 0, 0},   {Qt::Key_Up, 0, 0},       {Qt::Key_PageDown, 10, 1}, {Qt::Key_End, 99, 90},
+        {Qt::Key_Down, 99, 90}, {Qt::Key_PageUp, 89, 89}, {Qt::Key_Up, 88, 88},      {Qt::Key_Home, 0, 0},
     };
     QTest::keyClick(&list, Qt::Key_Down);
     EXPECT_EQ(list.SelectedLine(), -1) << "of an empty list";
@@ -105,6 +92,11 @@ TEST_F(ListBoxTest, FollowsTheMouse)
     ASSERT_TRUE(WaitForTopLine(41));
     const int rowHeight = list.fontMetrics().height();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {5, 3 * rowHeight + 1});
+    EXPECT_EQ(list.SelectedLine(), 44);
+    QWheelEvent towardsTheEnd({5, 5}, list.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
+                              Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(list.viewport(), &towardsTheEnd);
+    EXPECT_EQ(list.TopLine(), 41 + QApplication::wheelScrollLines());
     EXPECT_EQ(list.SelectedLine(), 44);
     list.Clear();
     AddLines(2);
@@ -129,7 +121,7 @@ TEST_F(ListBoxTest, PaintsTheLinesInViewOnlyHoweverLongListAndLinesAre)
     constexpr int kLines = 3'000'000;
     for (int i = 0; i < kLines; ++i)
         list.AddItem("x");
-    list.AddItem(std::string(50'000'000, 'W') + "\n");
+    list.AddItem(std::string(1'000'000, 'W') + "\n");
     QTest::keyClick(&list, Qt::Key_End);
     EXPECT_EQ(list.SelectedLine(), kLines);
     EXPECT_EQ(list.verticalScrollBar()->maximum(), kLines + 1 - 10);

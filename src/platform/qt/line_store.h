@@ -17,7 +17,7 @@ namespace platform::qt {
 /// lines, 8 bytes for each line, and less than two blocks besides.
 class LineStore {
 public:
-    static constexpr std::size_t kBlockSize = 256 * 1024;
+    static constexpr std::size_t kBlockSize = std::size_t{256} * 1024;
 
     /// Strong guarantee: where memory runs out, the lines are as before.
     void Append(std::string_view line);

@@ -56,6 +56,7 @@ MainWindow::MainWindow(EventGate& gate)
     PlaceInputs();
     PlaceLabels();
     ChooseFont();
+    txtTimerInterval.setTextMargins(-2, 0, -2, 0);  // so that five digits show in its narrow place
     cmdOpenDialogue.setFocus();
 }
 

@@ -46,6 +46,7 @@ bool NumbersServe(const QLocale& locale)
 RegionalFormats::RegionalFormats(const QLocale& locale)
     : date_{locale, RepairedDateFormat(locale.dateFormat(QLocale::ShortFormat))},
       time_{locale, RepairedTimeFormat(locale.timeFormat(QLocale::LongFormat))},
+      typed_(locale),
       numbers_(NumbersServe(locale) ? locale : QLocale::c())
 {
     if (!DateFormatServes())
@@ -95,11 +96,13 @@ std::optional<double> RegionalFormats::Number(std::string_view text) const
 {
     // Some locales write the exponent with a capital and accept no other.
     const QString spelled = ToQt(text).replace(QLatin1Char('e'), QLatin1Char('E'));
-    bool isNumber = false;
-    const double number = numbers_.toDouble(spelled, &isNumber);
-    if (!isNumber || !std::isfinite(number))
-        return std::nullopt;
-    return number;
+    for (const QLocale& locale : {typed_, numbers_}) {
+        bool isNumber = false;
+        const double number = locale.toDouble(spelled, &isNumber);
+        if (isNumber && std::isfinite(number))
+            return number;
+    }
+    return std::nullopt;
 }
 
 QDate RegionalFormats::Date(const QString& text) const

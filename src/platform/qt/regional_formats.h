@@ -37,7 +37,8 @@ private:
 
     Format date_;
     Format time_;
-    QLocale numbers_;
+    QLocale typed_;    ///< What the operator's keyboard has: perhaps other digits than those written.
+    QLocale numbers_;  ///< How numbers are written.
 };
 
 }  // namespace platform::qt
