@@ -31,7 +31,7 @@ TEST_F(MulticastTest, EveryMemberOfTheGroupGetsTheRecordAsOneDatagram)
     for (const char* group : {kGroup, "ff02::123", "ff05::123"}) {
         Peer member = Peer::InGroup(group);
         Peer other = Peer::InGroup(group, member.Port());
-        control.OpenGroup(" " + std::string(group) + " ", member.Port());
+        control.OpenGroup(' ' + std::string(group) + ' ', member.Port());
         control.SendToGroup(kRecord, group, member.Port());
         EXPECT_EQ(kRecordText, member.ReceiveDatagram()) << group;
         EXPECT_EQ(kRecordText, other.ReceiveDatagram()) << group;
@@ -59,13 +59,14 @@ TEST_F(MulticastTest, AWrongArgumentIsAFailure)
         const char* group;
         int port;
     };
-    for (const auto& [group, port] :
+    for (const Case& wrong :
          {Case{"", kPort}, Case{"127.0.0.1", kPort}, Case{"::1", kPort}, Case{"localhost", kPort},
           Case{"239.1. 2.3", kPort}, Case{kGroup, 0}, Case{kGroup, -1}, Case{kGroup, 65536}}) {
-        EXPECT_EQ(failure::kInvalidPropertyValue, FailureOf([&] { control.OpenGroup(group, port); }))
-            << group;
         EXPECT_EQ(failure::kInvalidPropertyValue,
-                  FailureOf([&] { control.SendToGroup(kRecord, group, port); }));
+                  FailureOf([&] { control.OpenGroup(wrong.group, wrong.port); }))
+            << wrong.group;
+        EXPECT_EQ(failure::kInvalidPropertyValue,
+                  FailureOf([&] { control.SendToGroup(kRecord, wrong.group, wrong.port); }));
     }
     const std::vector<std::uint8_t> tooLong(65508);
     EXPECT_EQ(failure::kMessageTooLong, FailureOf([&] { control.SendToGroup(tooLong, kGroup, kPort); }));

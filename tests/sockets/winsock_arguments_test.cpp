@@ -23,8 +23,9 @@ TEST_F(WinsockArgumentsTest, AWrongArgumentIsAFailureAndLeavesTheControlClosed)
                                      {"127.0.0.1", "", failure::kTypeMismatch}};
     for (const auto protocol : {WinsockControl::Protocol::kTcp, WinsockControl::Protocol::kUdp}) {
         socket.SetProtocol(protocol);
-        for (const auto& [host, port, number] : cases) {
-            EXPECT_EQ(number, FailureOf([&] { socket.Connect(host, port); })) << host << ":" << port;
+        for (const Case& wrong : cases) {
+            EXPECT_EQ(wrong.number, FailureOf([&] { socket.Connect(wrong.host, wrong.port); }))
+                << wrong.host << ":" << wrong.port;
             EXPECT_EQ(WinsockControl::kClosed, socket.State());
         }
     }

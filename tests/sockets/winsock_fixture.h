@@ -70,7 +70,7 @@ protected:
         };
     }
 
-    ~WinsockTest() override
+    void TearDown() override
     {
         socket.Close();  // no handler of the test's runs after it
         EXPECT_TRUE(ComesToRest()) << "the event loop spins";
