@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <functional>
+#include <utility>
 
 namespace platform::qt {
 

@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QStyleOptionFocusRect>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
