@@ -5,6 +5,7 @@
 #include <sched.h>
 
 #include <cstdlib>
+#include <fstream>
 
 namespace platform::sockets {
 
@@ -21,6 +22,13 @@ FreshNetwork::~FreshNetwork()
 void FreshNetwork::BringLoopBackUp()
 {
     EXPECT_EQ(0, std::system("ip link set lo up multicast off"));
+}
+
+void FreshNetwork::LeaveOneFreePort(int port)
+{
+    std::ofstream range("/proc/sys/net/ipv4/ip_local_port_range");
+    range << port << ' ' << port << std::endl;
+    EXPECT_TRUE(range.good());
 }
 
 void FreshNetwork::AddOutwardInterface()

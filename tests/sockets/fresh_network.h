@@ -16,6 +16,9 @@ public:
     /// Without multicast, and without a route to any group.
     static void BringLoopBackUp();
 
+    /// Sockets that ask for any free port can get no other one.
+    static void LeaveOneFreePort(int port);
+
     /// Adds an interface "outward" that is up, can multicast and has an address, but no route to a group.
     static void AddOutwardInterface();
 
