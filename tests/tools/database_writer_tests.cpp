@@ -12,6 +12,7 @@
 namespace {
 
 using namespace tools;
+using namespace std::string_literals;
 
 int FailureNumber(const std::function<void()>& call)
 {
@@ -81,6 +82,7 @@ TEST_P(DatabaseWriterTest, KeepsRowsInTheOrderInWhichTheyCame)
     constexpr std::int32_t kRows = 1500;
     constexpr std::int32_t kStep = 7;  // shares no factor with the number of rows
     std::vector<Receipt> receipts;
+    receipts.reserve(kRows);
     for (std::int32_t i = 0; i < kRows; ++i)
         receipts.push_back({i * kStep % kRows - kRows / 2, TextOf(static_cast<std::size_t>(i % 90)), {}, {}});
     const auto rows = MdbExport(DatabaseBytes(receipts, Options()));
@@ -103,6 +105,70 @@ TEST_P(DatabaseWriterTest, WritesNullsAndCharactersOfTheCodePage)
         {"7", text, "NULL", "NULL"}};
     EXPECT_EQ(MdbExport(DatabaseBytes(receipts, options)), rows);
     EXPECT_TRUE(MdbExport(DatabaseBytes({}, options)).empty());
+}
+
+std::uint32_t NumberAt(const Bytes& bytes, std::size_t offset)
+{
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < sizeof number; ++i)
+        number |= std::uint32_t{static_cast<std::uint8_t>(bytes[offset + i])} << 8 * i;
+    return number;
+}
+
+TEST_P(DatabaseWriterTest, TheDefinitionCountsTheRowsAndNamesTheRootOfTheIndex)
+{
+    const std::size_t pageSize = GetLayout().pageSize;
+    for (const std::int32_t rows : {3, 2000}) {
+        std::vector<Receipt> receipts(static_cast<std::size_t>(rows));
+        for (std::int32_t i = 0; i < rows; ++i)
+            receipts[static_cast<std::size_t>(i)].ref = i;
+        const Bytes database = DatabaseBytes(receipts, Options());
+        const Bytes definition = database.substr(3 * pageSize, pageSize);
+        EXPECT_EQ(NumberAt(definition, GetLayout().IsJet4() ? 16 : 12), static_cast<std::uint32_t>(rows));
+
+        // Behind the key's one column and nine times "no column" stand its usage map and its root page.
+        const Bytes noColumns = "\xFF\xFF\0\xFF\xFF\0\xFF\xFF\0\xFF\xFF\0\xFF\xFF\0"s;
+        const std::size_t columns = definition.find("\0\0\1"s + noColumns);
+        ASSERT_NE(columns, Bytes::npos);
+        const std::uint32_t root = NumberAt(definition, columns + 34);
+        const auto rootType = rows == 3 ? PageType::kIndexLeaf : PageType::kIndexNode;
+        EXPECT_EQ(database[root * pageSize], static_cast<char>(rootType));
+    }
+}
+
+/// Number of rows that a chain of long values has, each beginning with the pointer to the next.
+std::uint32_t ChainLength(const Layout& layout, const Bytes& database, std::uint32_t pointer)
+{
+    std::uint32_t length = 0;
+    for (; pointer != 0 && length < 99; ++length) {
+        const std::size_t page = (pointer >> 8) * layout.pageSize;
+        const std::size_t place = page + layout.rowCountOffset + 2 * (1 + (pointer & 0xFF));
+        pointer = NumberAt(database, page + (NumberAt(database, place) & 0x1FFF));
+    }
+    return length;
+}
+
+TEST_P(DatabaseWriterTest, LongValuesStayInTheirRowOrTakeOneRowOrAChain)
+{
+    const std::size_t longest = GetLayout().longValueRow;
+    const struct {
+        std::size_t size;
+        std::uint32_t kind;
+        std::uint32_t rows;  // of a chain
+    } cases[] = {{0, 0x80000000, 0},           {64, 0x80000000, 0}, {65, 0x40000000, 0},
+                 {longest, 0x40000000, 0},     {longest + 1, 0, 2}, {2 * (longest - 4), 0, 2},
+                 {2 * (longest - 4) + 1, 0, 3}};
+    for (const auto& [size, kind, rows] : cases) {
+        MemoryPages store;
+        PageOutput output(store, GetLayout());
+        output.Allocate();  // a pointer to page 0 would end a chain
+        LongValues values(output, 64);
+        const Bytes field = values.Store(TextOf(size));
+        values.Flush();
+        EXPECT_EQ(NumberAt(field, 0), size | kind);
+        EXPECT_EQ(field.substr(12), size <= 64 ? TextOf(size) : "");
+        EXPECT_EQ(kind == 0 ? ChainLength(GetLayout(), store.Content(), NumberAt(field, 4)) : rows, rows);
+    }
 }
 
 /// Rows that fill pages by fours and need no page of their own for the text.

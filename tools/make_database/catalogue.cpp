@@ -52,7 +52,8 @@ void WriteCatalogue(PageOutput& output, UsageMapPage& maps, std::uint32_t transP
                                 Entry{transPage, "trans", 0}};
     RowPages rows(output, kCataloguePage);
     for (const Entry& entry : entries)
-        rows.Add(EncodeRow(output.Layout(), kColumns, CellsOf(entry, output.Layout().format, created)));
+        rows.Add(
+            EncodeRow(output.FileLayout(), kColumns, CellsOf(entry, output.FileLayout().format, created)));
     rows.Flush();
 
     const TableDefinition definition = {.kind = TableKind::kSystem,
@@ -61,7 +62,7 @@ void WriteCatalogue(PageOutput& output, UsageMapPage& maps, std::uint32_t transP
                                         .maps = {maps.Add(rows.Pages()), maps.Add({})},
                                         .longValueMaps = {maps.Add({}), maps.Add({})},
                                         .primaryKey = std::nullopt};
-    output.Write(kCataloguePage, BuildTableDefinition(output.Layout(), definition));
+    output.Write(kCataloguePage, BuildTableDefinition(output.FileLayout(), definition));
 }
 
 }  // namespace tools

@@ -40,7 +40,7 @@ std::optional<Bytes> DateCell(std::optional<double> dayNumber)
 /// The map of the file's own free pages: it has none.
 void WriteFreePages(PageOutput& output)
 {
-    DataPage page(output.Layout(), kFreePagesPage);
+    DataPage page(output.FileLayout(), kFreePagesPage);
     page.Add(BuildUsageMap(output, {}));
     page.Add(BuildUsageMap(output, {}));
     output.Write(kFreePagesPage, page.Content());
@@ -61,7 +61,7 @@ DatabaseWriter::DatabaseWriter(PageStore& store, DatabaseOptions options)
 {
     for (std::uint32_t page = 0; page < kSettledPages; ++page)
         output_.Allocate();
-    output_.Write(kHeaderPage, BuildHeader(output_.Layout(), options_.password, options_.created));
+    output_.Write(kHeaderPage, BuildHeader(output_.FileLayout(), options_.password, options_.created));
 }
 
 void DatabaseWriter::Add(const Receipt& receipt)
@@ -75,7 +75,7 @@ void DatabaseWriter::Add(const Receipt& receipt)
         cells[1] = receipts_.Store(EncodeText(*receipt.rawtransaction, options_.format, options_.compress));
     cells[2] = DateCell(receipt.timestamp);
     cells[3] = DateCell(receipt.datetimestamp);
-    const RowPointer row = rows_.Add(EncodeRow(output_.Layout(), kColumns, cells));
+    const RowPointer row = rows_.Add(EncodeRow(output_.FileLayout(), kColumns, cells));
     if (options_.index)
         indexEntries_.push_back(IndexEntry(*receipt.ref, row));
     ++rowCount_;
@@ -102,7 +102,7 @@ void DatabaseWriter::Finish()
         const IndexPages index = WriteIndex(output_, kTransPage, indexEntries_);
         trans.primaryKey = PrimaryKey{maps.Add(index.pages), index.root};
     }
-    output_.Write(kTransPage, BuildTableDefinition(output_.Layout(), trans));
+    output_.Write(kTransPage, BuildTableDefinition(output_.FileLayout(), trans));
     WriteCatalogue(output_, maps, kTransPage, options_.created);
     maps.Write();
 }

@@ -81,12 +81,12 @@ std::vector<Item> WriteLevel(PageOutput& output, std::uint32_t definitionPage, c
     std::uint32_t previous = 0;
     const auto writePage = [&](std::uint32_t next) {
         output.Write(number,
-                     BuildPage(output.Layout(), level.type, definitionPage, entries, {previous, next}));
+                     BuildPage(output.FileLayout(), level.type, definitionPage, entries, {previous, next}));
         pages.push_back(number);
     };
     for (std::size_t i = 0; i < level.size; ++i) {
         Bytes entry = EncodeItem(level.item(i));
-        if (!Fits(output.Layout(), entries, entry)) {
+        if (!Fits(output.FileLayout(), entries, entry)) {
             const std::uint32_t next = output.Allocate();
             writePage(next);
             above.push_back({level.item(i - 1).entry, number});

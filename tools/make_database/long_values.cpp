@@ -18,7 +18,7 @@ constexpr std::size_t kPointerSize = 4;
 }  // namespace
 
 LongValues::LongValues(PageOutput& output, std::size_t inlineLimit)
-    : longestRow_(output.Layout().longValueRow), inlineLimit_(inlineLimit), rows_(output, kOwner)
+    : longestRow_(output.FileLayout().longValueRow), inlineLimit_(inlineLimit), rows_(output, kOwner)
 {}
 
 Bytes LongValues::Store(const Bytes& value)

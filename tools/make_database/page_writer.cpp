@@ -62,7 +62,7 @@ RowPointer RowPages::Add(const Bytes& row)
     if (open_ && !open_->Fits(row))
         Flush();
     if (!open_) {
-        open_.emplace(output_.Layout(), owner_);
+        open_.emplace(output_.FileLayout(), owner_);
         pages_.push_back(output_.Allocate());
     }
     return {pages_.back(), open_->Add(row)};

@@ -17,9 +17,9 @@ namespace tools {
 /// Hands out page numbers and passes pages on to their store.
 class PageOutput {
 public:
-    PageOutput(PageStore& store, const tools::Layout& layout) : store_(store), layout_(layout) {}
+    PageOutput(PageStore& store, const Layout& layout) : store_(store), layout_(layout) {}
 
-    [[nodiscard]] const tools::Layout& Layout() const { return layout_; }
+    [[nodiscard]] const Layout& FileLayout() const { return layout_; }
 
     /// The next free page number. Failure: kOverflow past the size that the formats allow (2 GB in Jet 4, 1
     /// GB in Jet 3).
@@ -29,7 +29,7 @@ public:
 
 private:
     PageStore& store_;
-    const tools::Layout& layout_;
+    const Layout& layout_;
     std::uint32_t next_ = 0;
 };
 

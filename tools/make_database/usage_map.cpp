@@ -22,12 +22,12 @@ Bytes InlineMap(std::size_t size, const std::vector<std::uint32_t>& pages)
 
 Bytes ReferenceMap(PageOutput& output, std::size_t size, const std::vector<std::uint32_t>& pages)
 {
-    const std::size_t pagesPerBitmap = (output.Layout().pageSize - kPageBitmapOffset) * 8;
+    const std::size_t pagesPerBitmap = (output.FileLayout().pageSize - kPageBitmapOffset) * 8;
     Bytes map(size, '\0');
     map[0] = kReferenceKind;
     for (std::size_t i = 0; i < pages.size();) {
         const std::size_t index = pages[i] / pagesPerBitmap;
-        Bytes bitmap = NewPage(output.Layout(), PageType::kUsageBitmap);
+        Bytes bitmap = NewPage(output.FileLayout(), PageType::kUsageBitmap);
         for (; i < pages.size() && pages[i] / pagesPerBitmap == index; ++i)
             SetBit(bitmap, kPageBitmapOffset, pages[i] % pagesPerBitmap);
         const std::uint32_t number = output.Allocate();
@@ -41,7 +41,7 @@ Bytes ReferenceMap(PageOutput& output, std::size_t size, const std::vector<std::
 
 Bytes BuildUsageMap(PageOutput& output, const std::vector<std::uint32_t>& pages)
 {
-    const std::size_t size = output.Layout().usageMapSize;
+    const std::size_t size = output.FileLayout().usageMapSize;
     const std::size_t inlineReach = (size - kInlineBitmapOffset) * 8;
     const bool fits = pages.empty() || pages.back() - pages.front() < inlineReach;
     return fits ? InlineMap(size, pages) : ReferenceMap(output, size, pages);

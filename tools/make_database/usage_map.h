@@ -20,7 +20,7 @@ namespace tools {
 class UsageMapPage {
 public:
     UsageMapPage(PageOutput& output, std::uint32_t number)
-        : output_(output), number_(number), page_(output.Layout(), kNoOwner)
+        : output_(output), number_(number), page_(output.FileLayout(), kNoOwner)
     {}
 
     /// Adds a map of these pages, which ascend.
