@@ -11,7 +11,10 @@
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
+#include "platform/jet/catalogue.h"
+#include "platform/jet/column_value.h"
 #include "platform/jet/database_file.h"
+#include "platform/jet/table_scan.h"
 
 namespace platform::jet {
 namespace {
@@ -166,6 +169,38 @@ TEST(Database, NamesWhatAQueryLooksForInVain)
     EXPECT_EQ(run("SELECT * FROM tranz ORDER BY ref"), failure::kTableNotFound);
     EXPECT_EQ(run("SELECT * FROM trans ORDER BY reff"), failure::kNoSuchQueryColumn);
     EXPECT_EQ(run("SELECT * FROM TRANS ORDER BY Ref"), 0);
+}
+
+/// Where a column of fixed length stands in the catalogue's row of the table trans, from the file's start.
+std::size_t CataloguePlace(const std::string& bytes, const std::string& columnName)
+{
+    const PageFile file(std::make_unique<MemorySource>(bytes, kAnyReads), "memory");
+    const TableDefinition catalogue = ReadCatalogueDefinition(file);
+    std::size_t place = 0;
+    ForEachRow(file, catalogue, [&](RowPosition position, const Row& row) {
+        if (ReadValue(file, row, *catalogue.Find("Name")) != Value(std::string("trans")))
+            return;
+        const Page page = file.ReadPage(position.Page());
+        const ByteView slot = DataPage(page, file.PageLayout()).SlotAt(position.Row()).bytes;
+        const auto inPage = static_cast<std::size_t>(slot.Bytes().data() - page.View().Bytes().data());
+        place = position.Page() * file.PageLayout().pageSize + inPage + 2 +
+                catalogue.Find(columnName)->fixedOffset;
+    });
+    return place;
+}
+
+TEST(Database, SaysThatATableIsOnlyLinked)
+{
+    constexpr char kLinkedTable = 6;
+    std::string bytes = DatabaseBytes(Receipts(1));
+    bytes.at(CataloguePlace(bytes, "Type")) = kLinkedTable;
+    try {
+        (void)OpenInMemory(bytes, "");
+        FAIL() << "a linked table opens";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Number(), failure::kTableNotFound);
+        EXPECT_NE(failure.Description().find("linked"), std::string::npos) << failure.Description();
+    }
 }
 
 class FormatTest : public testing::TestWithParam<tools::Format> {
