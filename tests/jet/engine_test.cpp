@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
+#include <bit>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -14,6 +16,7 @@
 #include "platform/jet/catalogue.h"
 #include "platform/jet/column_value.h"
 #include "platform/jet/database_file.h"
+#include "platform/jet/rc4.h"
 #include "platform/jet/table_scan.h"
 
 namespace platform::jet {
@@ -169,6 +172,32 @@ TEST(Database, NamesWhatAQueryLooksForInVain)
     EXPECT_EQ(run("SELECT * FROM tranz ORDER BY ref"), failure::kTableNotFound);
     EXPECT_EQ(run("SELECT * FROM trans ORDER BY reff"), failure::kNoSuchQueryColumn);
     EXPECT_EQ(run("SELECT * FROM TRANS ORDER BY Ref"), 0);
+}
+
+/// The same database with the pages encoded: the page key stands in the masked header.
+std::string Encoded(std::string bytes)
+{
+    constexpr std::size_t kPageKey = 0x3E;
+    constexpr std::uint32_t kKey = 0x1234ABCD;
+    constexpr std::size_t kPageSize = kJet4Layout.pageSize;
+    const auto littleEndian = [](std::uint32_t number) {
+        return std::bit_cast<std::array<std::uint8_t, 4>>(number);
+    };
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[kPageKey + i] = static_cast<char>(bytes[kPageKey + i] ^ littleEndian(kKey)[i]);
+    for (std::uint32_t page = 1; page < bytes.size() / kPageSize; ++page)
+        ApplyRc4(littleEndian(kKey ^ page),
+                 {reinterpret_cast<std::uint8_t*>(bytes.data()) + page * kPageSize, kPageSize});
+    return bytes;
+}
+
+TEST(Database, ReadsEncodedPages)
+{
+    const auto records = OpenInMemory(Encoded(DatabaseBytes(Receipts(500))), "");
+    std::int32_t expected = 0;
+    for (; !records->AtEOF(); records->MoveNext())
+        ASSERT_EQ(records->Field("rawtransaction"), Value("receipt " + std::to_string(++expected)));
+    EXPECT_EQ(expected, 500);
 }
 
 /// Where a column of fixed length stands in the catalogue's row of the table trans, from the file's start.
