@@ -147,6 +147,17 @@ std::string ConnectFor(const fs::path& database)
     return database.extension() == ".sdd" ? kSddConnect : "";
 }
 
+/// An index and a sort must come to the same order.
+void CompareOrders(const fs::path& database)
+{
+    const PageFile file(std::make_unique<FileSource>(database.string()), database.string());
+    const TableDefinition table = FindTable(file, "trans");
+    const Column& column = *table.Find("ref");
+    const auto byIndex = PositionsByIndex(file, table, column);
+    if (byIndex && *byIndex != PositionsBySorting(file, table, column))
+        throw Difference("the index and the sort differ in order");
+}
+
 void CompareFile(const fs::path& database, const Json& sidecar)
 {
     Engine engine;
@@ -173,17 +184,6 @@ void CompareFile(const fs::path& database, const Json& sidecar)
                           : sidecar["rows"];
     CompareRows(*open(ConnectFor(database)), rows);
     CompareOrders(database);
-}
-
-/// An index and a sort must come to the same order.
-void CompareOrders(const fs::path& database)
-{
-    const PageFile file(std::make_unique<FileSource>(database.string()), database.string());
-    const TableDefinition table = FindTable(file, "trans");
-    const Column& column = *table.Find("ref");
-    const auto byIndex = PositionsByIndex(file, table, column);
-    if (byIndex && *byIndex != PositionsBySorting(file, table, column))
-        throw Difference("the index and the sort differ in order");
 }
 
 /// Empty where the file is as expected.

@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 using Bytes = std::string;
 
 constexpr std::uintmax_t kLargestBase = 200'000;
-constexpr std::int32_t kMadeRows = 120;
-constexpr int kCopiesOfMade = 1'000;
+constexpr std::int32_t kMadeRows = 60;
+constexpr int kCopiesOfMade = 500;
 constexpr int kCopiesOfOthers = 100;
 constexpr std::size_t kPageSize = 2048;  // of Jet 3; half a page of Jet 4
 constexpr std::size_t kPageHead = 64;

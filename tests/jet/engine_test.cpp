@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
+#include <bit>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -11,7 +13,11 @@
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
+#include "platform/jet/catalogue.h"
+#include "platform/jet/column_value.h"
 #include "platform/jet/database_file.h"
+#include "platform/jet/rc4.h"
+#include "platform/jet/table_scan.h"
 
 namespace platform::jet {
 namespace {
@@ -166,6 +172,64 @@ TEST(Database, NamesWhatAQueryLooksForInVain)
     EXPECT_EQ(run("SELECT * FROM tranz ORDER BY ref"), failure::kTableNotFound);
     EXPECT_EQ(run("SELECT * FROM trans ORDER BY reff"), failure::kNoSuchQueryColumn);
     EXPECT_EQ(run("SELECT * FROM TRANS ORDER BY Ref"), 0);
+}
+
+/// The same database with the pages encoded: the page key stands in the masked header.
+std::string Encoded(std::string bytes)
+{
+    constexpr std::size_t kPageKey = 0x3E;
+    constexpr std::uint32_t kKey = 0x1234ABCD;
+    constexpr std::size_t kPageSize = kJet4Layout.pageSize;
+    const auto littleEndian = [](std::uint32_t number) {
+        return std::bit_cast<std::array<std::uint8_t, 4>>(number);
+    };
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[kPageKey + i] = static_cast<char>(bytes[kPageKey + i] ^ littleEndian(kKey)[i]);
+    for (std::uint32_t page = 1; page < bytes.size() / kPageSize; ++page)
+        ApplyRc4(littleEndian(kKey ^ page),
+                 {reinterpret_cast<std::uint8_t*>(bytes.data()) + page * kPageSize, kPageSize});
+    return bytes;
+}
+
+TEST(Database, ReadsEncodedPages)
+{
+    const auto records = OpenInMemory(Encoded(DatabaseBytes(Receipts(500))), "");
+    std::int32_t expected = 0;
+    for (; !records->AtEOF(); records->MoveNext())
+        ASSERT_EQ(records->Field("rawtransaction"), Value("receipt " + std::to_string(++expected)));
+    EXPECT_EQ(expected, 500);
+}
+
+/// Where a column of fixed length stands in the catalogue's row of the table trans, from the file's start.
+std::size_t CataloguePlace(const std::string& bytes, const std::string& columnName)
+{
+    const PageFile file(std::make_unique<MemorySource>(bytes, kAnyReads), "memory");
+    const TableDefinition catalogue = ReadCatalogueDefinition(file);
+    std::size_t place = 0;
+    ForEachRow(file, catalogue, [&](RowPosition position, const Row& row) {
+        if (ReadValue(file, row, *catalogue.Find("Name")) != Value(std::string("trans")))
+            return;
+        const Page page = file.ReadPage(position.Page());
+        const ByteView slot = DataPage(page, file.PageLayout()).SlotAt(position.Row()).bytes;
+        const auto inPage = static_cast<std::size_t>(slot.Bytes().data() - page.View().Bytes().data());
+        place = position.Page() * file.PageLayout().pageSize + inPage + 2 +
+                catalogue.Find(columnName)->fixedOffset;
+    });
+    return place;
+}
+
+TEST(Database, SaysThatATableIsOnlyLinked)
+{
+    constexpr char kLinkedTable = 6;
+    std::string bytes = DatabaseBytes(Receipts(1));
+    bytes.at(CataloguePlace(bytes, "Type")) = kLinkedTable;
+    try {
+        (void)OpenInMemory(bytes, "");
+        FAIL() << "a linked table opens";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Number(), failure::kTableNotFound);
+        EXPECT_NE(failure.Description().find("linked"), std::string::npos) << failure.Description();
+    }
 }
 
 class FormatTest : public testing::TestWithParam<tools::Format> {
