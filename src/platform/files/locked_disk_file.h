@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/files/file_descriptor.h"
+#include "platform/file_descriptor.h"
 #include "platform/locked_text_file.h"
 
 namespace platform::files {

@@ -52,14 +52,14 @@ FileDescriptor OpenAndLock(const std::string& path, int flags)
 
 void Lock(const FileDescriptor& file)
 {
-    while (::flock(file.Get(), LOCK_EX) != 0 && errno == EINTR) {
+    while (::flock(file.Number(), LOCK_EX) != 0 && errno == EINTR) {
     }
 }
 
 struct stat StatusOf(const FileDescriptor& file, const std::string& path)
 {
     struct stat status {};
-    if (::fstat(file.Get(), &status) != 0)
+    if (::fstat(file.Number(), &status) != 0)
         ThrowErrno(path);
     return status;
 }
@@ -70,7 +70,7 @@ std::size_t ReadAt(const FileDescriptor& file, std::int64_t position, char* byte
     std::size_t done = 0;
     while (done < size) {
         const ssize_t count =
-            ::pread(file.Get(), bytes + done, size - done, position + static_cast<std::int64_t>(done));
+            ::pread(file.Number(), bytes + done, size - done, position + static_cast<std::int64_t>(done));
         if (count < 0 && errno != EINTR)
             ThrowErrno(path);
         if (count == 0)
@@ -96,7 +96,7 @@ void WriteAt(const FileDescriptor& file, std::int64_t position, std::string_view
              const std::string& path)
 {
     while (!bytes.empty()) {
-        const ssize_t count = ::pwrite(file.Get(), bytes.data(), bytes.size(), position);
+        const ssize_t count = ::pwrite(file.Number(), bytes.data(), bytes.size(), position);
         if (count < 0 && errno != EINTR)
             ThrowErrno(path);
         if (count > 0) {

@@ -46,9 +46,9 @@ bool CopyOwnerAndPermissions(const FileDescriptor& from, const FileDescriptor& t
     constexpr auto kSameOwner = static_cast<uid_t>(-1);
     const struct stat status = StatusOf(from, path);
     for (const uid_t owner : {status.st_uid, kSameOwner})
-        if (::fchown(to.Get(), owner, status.st_gid) == 0)
+        if (::fchown(to.Number(), owner, status.st_gid) == 0)
             break;
-    return ::fchmod(to.Get(), status.st_mode & kPermissionBits) == 0;
+    return ::fchmod(to.Number(), status.st_mode & kPermissionBits) == 0;
 }
 
 /// Makes sure that a file can grow to a size, without changing it when it cannot.
@@ -57,10 +57,10 @@ void ReserveRoom(const FileDescriptor& file, std::int64_t size, const std::strin
     const off_t oldSize = StatusOf(file, path).st_size;
     if (size <= oldSize)
         return;
-    const int error = ::posix_fallocate(file.Get(), oldSize, size - oldSize);
+    const int error = ::posix_fallocate(file.Number(), oldSize, size - oldSize);
     if (error == 0)
         return;
-    if (::ftruncate(file.Get(), oldSize) != 0)
+    if (::ftruncate(file.Number(), oldSize) != 0)
         ThrowErrno(path);
     ThrowError(error, path);
 }
@@ -131,11 +131,11 @@ bool Replacement::MoveOverFile()
 {
     if (!beside_ || !CopyOwnerAndPermissions(file_, newFile_, target_))
         return false;
-    if (::fsync(newFile_.Get()) != 0)
+    if (::fsync(newFile_.Number()) != 0)
         ThrowErrno(target_);
     Lock(newFile_);
     if (!named_) {
-        const std::string open = "/proc/self/fd/" + std::to_string(newFile_.Get());
+        const std::string open = "/proc/self/fd/" + std::to_string(newFile_.Number());
         named_ = ::linkat(AT_FDCWD, open.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) == 0;
     }
     if (!named_ || ::rename(temporary_.c_str(), target_.c_str()) != 0) {
@@ -158,7 +158,7 @@ void Replacement::CopyOverFile()
         WriteAt(file_, position, std::string_view(piece).substr(0, count), target_);
         position += static_cast<std::int64_t>(count);
     }
-    if (::ftruncate(file_.Get(), written_) != 0 || ::fsync(file_.Get()) != 0)
+    if (::ftruncate(file_.Number(), written_) != 0 || ::fsync(file_.Number()) != 0)
         ThrowErrno(target_);
 }
 

@@ -29,39 +29,32 @@ Failure CannotOpen(const std::string& path, int error)
     }
 }
 
-int OpenForReading(const std::string& path)
+FileDescriptor OpenForReading(const std::string& path)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
         throw CannotOpen(path, ENOTDIR);
     // Without O_NONBLOCK a pipe of that name would keep the program waiting for a writer.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
+    FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.IsOpen())
         throw CannotOpen(path, errno);
-    return descriptor;
+    return file;
 }
 
 }  // namespace
 
-FileSource::FileSource(const std::string& path) : descriptor_(OpenForReading(path))
+FileSource::FileSource(const std::string& path) : file_(OpenForReading(path))
 {
     struct stat status {};
-    if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode))
-        return;
-    close(descriptor_);
-    throw Failure(failure::kDatabaseCannotBeOpened, "The database " + path + " is no regular file");
-}
-
-FileSource::~FileSource()
-{
-    close(descriptor_);
+    if (fstat(file_.Number(), &status) != 0 || !S_ISREG(status.st_mode))
+        throw Failure(failure::kDatabaseCannotBeOpened, "The database " + path + " is no regular file");
 }
 
 std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const
 {
     std::size_t done = 0;
     while (done < buffer.size()) {
-        const ssize_t count =
-            pread(descriptor_, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
+        const ssize_t count = pread(file_.Number(), buffer.data() + done, buffer.size() - done,
+                                    static_cast<off_t>(offset + done));
         if (count < 0 && errno != EINTR)
             throw Damage("it cannot be read: " + std::generic_category().message(errno));
         if (count == 0)
@@ -74,7 +67,7 @@ std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffe
 std::uint64_t FileSource::Size() const
 {
     struct stat status {};
-    return fstat(descriptor_, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+    return fstat(file_.Number(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
 }  // namespace platform::jet

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/file_descriptor.h"
 #include "platform/jet/byte_source.h"
 
 namespace platform::jet {
@@ -12,15 +13,12 @@ public:
     /// Failure: kDatabaseNotFound, kInvalidDatabasePath, kDatabaseCannotBeOpened (also for what is no regular
     /// file).
     explicit FileSource(const std::string& path);
-    ~FileSource() override;
-    FileSource(const FileSource&) = delete;
-    FileSource& operator=(const FileSource&) = delete;
 
     [[nodiscard]] std::size_t Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const override;
     [[nodiscard]] std::uint64_t Size() const override;
 
 private:
-    int descriptor_;
+    FileDescriptor file_;
 };
 
 }  // namespace platform::jet

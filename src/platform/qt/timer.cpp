@@ -14,10 +14,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;  // counts as CLOCK_MONOTONIC does
 
-int OpenDescriptor()
+FileDescriptor OpenDescriptor()
 {
-    const int descriptor = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
-    if (descriptor < 0)
+    FileDescriptor descriptor(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC));
+    if (!descriptor.IsOpen())
         throw Failure(failure::kOutOfMemory, "The system gives no timer");
     return descriptor;
 }
@@ -36,15 +36,9 @@ itimerspec OnceAt(Clock::time_point moment)
 }  // namespace
 
 Timer::Timer(EventGate& gate)
-    : gate_(gate), descriptor_(OpenDescriptor()), notifier_(descriptor_, QSocketNotifier::Read)
+    : gate_(gate), descriptor_(OpenDescriptor()), notifier_(descriptor_.Number(), QSocketNotifier::Read)
 {
     QObject::connect(&notifier_, &QSocketNotifier::activated, [this] { Expired(); });
-}
-
-Timer::~Timer()
-{
-    notifier_.setEnabled(false);
-    close(descriptor_);
 }
 
 void Timer::SetInterval(int milliseconds)
@@ -86,7 +80,7 @@ void Timer::Expired()
     // Once read, the descriptor stays quiet until it is armed again, so it does not spin while the tick
     // waits.
     std::uint64_t expirations = 0;
-    if (read(descriptor_, &expirations, sizeof expirations) <= 0)
+    if (read(descriptor_.Number(), &expirations, sizeof expirations) <= 0)
         return;
     waitingAtGate_ = true;
     gate_.Enter([this] { Deliver(); });
@@ -117,7 +111,7 @@ void Timer::Arm()
     // Within a tick, and while one waits for its turn, no further one can start: the end of that tick arms.
     const bool mayExpire = schedule_.Running() && !inTick_ && !waitingAtGate_;
     const itimerspec next = mayExpire ? OnceAt(schedule_.NextDue()) : itimerspec{};
-    timerfd_settime(descriptor_, TFD_TIMER_ABSTIME, &next, nullptr);
+    timerfd_settime(descriptor_.Number(), TFD_TIMER_ABSTIME, &next, nullptr);
 }
 
 }  // namespace platform::qt

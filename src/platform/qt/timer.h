@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "platform/event_gate.h"
+#include "platform/file_descriptor.h"
 #include "platform/qt/tick_schedule.h"
 #include "platform/timer.h"
 
@@ -16,9 +17,6 @@ class Timer final : public platform::Timer {
 public:
     /// The gate outlives the timer. Failure: kOutOfMemory where the system gives no timer.
     explicit Timer(EventGate& gate);
-    ~Timer() override;
-    Timer(const Timer&) = delete;
-    Timer& operator=(const Timer&) = delete;
 
     void SetInterval(int milliseconds) override;
     void SetEnabled(bool enabled) override;
@@ -38,7 +36,7 @@ private:
     bool enabled_ = false;
     bool inTick_ = false;
     bool waitingAtGate_ = false;
-    int descriptor_;
+    FileDescriptor descriptor_;
     QSocketNotifier notifier_;
 };
 

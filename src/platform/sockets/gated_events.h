@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "platform/event_gate.h"
-#include "platform/sockets/file_descriptor.h"
+#include "platform/file_descriptor.h"
 
 namespace platform::sockets {
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace platform::sockets {
+namespace platform {
 
 /// Owns an open file descriptor, or none. Destroy what watches it first.
 class FileDescriptor {
@@ -34,4 +34,4 @@ private:
     int number_ = kNone;
 };
 
-}  // namespace platform::sockets
+}  // namespace platform
