@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "platform/jet/sort_key.h"
 #include "platform/jet/table_scan.h"
@@ -23,7 +24,11 @@ template <class Key>
 struct Entry {
     Key key;
     RowPosition position;  // decides between equal keys
-    auto operator<=>(const Entry&) const = default;
+
+    bool operator<(const Entry& other) const
+    {
+        return std::tie(key, position) < std::tie(other.key, other.position);
+    }
 };
 
 /// `keyOf` gives a row's key, or nothing for null.
@@ -39,7 +44,7 @@ std::vector<RowPosition> Sorted(const PageFile& file, const TableDefinition& tab
         else
             positions.push_back(position);
     });
-    std::ranges::sort(entries);
+    std::sort(entries.begin(), entries.end());
     positions.reserve(positions.size() + entries.size());
     for (const Entry<Key>& entry : entries)
         positions.push_back(entry.position);
