@@ -304,6 +304,7 @@ TEST_P(FormatTest, SortsWithoutAnIndexNullsFirstAndEqualKeysAsStored)
                                                                                      {0, "d"},
                                                                                      {5, "g"}};
     std::vector<Receipt> receipts;
+    receipts.reserve(stored.size());
     for (const auto& [ref, text] : stored)
         receipts.push_back({ref, text, kNoon, kNoon});
     const auto records = OpenInMemory(DatabaseBytes(receipts, options_), "");
