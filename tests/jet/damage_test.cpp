@@ -65,9 +65,11 @@ private:
     void Strike(Bytes& bytes)
     {
         switch (Below(6)) {
-            case 0:
-                bytes[Place(bytes)] ^= static_cast<char>(1U << Below(8));
+            case 0: {
+                char& byte = bytes[Place(bytes)];
+                byte = static_cast<char>(byte ^ (1 << Below(8)));
                 break;
+            }
             case 1:
                 Overwrite(bytes, 1 + Below(4), [this] { return static_cast<char>(random_()); });
                 break;

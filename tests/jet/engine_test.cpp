@@ -48,8 +48,8 @@ std::vector<Receipt> Receipts(std::int32_t count)
 /// A database file in a folder that goes with the test.
 class EngineTest : public testing::Test {
 protected:
-    EngineTest() { fs::create_directories(folder_); }
-    ~EngineTest() override { fs::remove_all(folder_); }
+    void SetUp() override { fs::create_directories(folder_); }
+    void TearDown() override { fs::remove_all(folder_); }
 
     std::string Write(const std::string& name, const std::string& bytes)
     {
@@ -88,8 +88,8 @@ TEST_F(EngineTest, RefusesWhatIsNoDatabase)
         {Write("text.mdb", std::string(10'000, 'x')), failure::kUnrecognisedFormat},
         {Write("head.mdb", newer.substr(0, 20)), failure::kUnrecognisedFormat},
     };
-    for (const auto& [path, number] : cases)
-        EXPECT_EQ(FailureOf([&] { (void)Open(path); }), number) << path;
+    for (const auto& expected : cases)
+        EXPECT_EQ(FailureOf([&] { (void)Open(expected.first); }), expected.second) << expected.first;
 }
 
 TEST_F(EngineTest, TakesThePasswordOutOfTheConnectString)
@@ -304,6 +304,7 @@ TEST_P(FormatTest, SortsWithoutAnIndexNullsFirstAndEqualKeysAsStored)
                                                                                      {0, "d"},
                                                                                      {5, "g"}};
     std::vector<Receipt> receipts;
+    receipts.reserve(stored.size());
     for (const auto& [ref, text] : stored)
         receipts.push_back({ref, text, kNoon, kNoon});
     const auto records = OpenInMemory(DatabaseBytes(receipts, options_), "");

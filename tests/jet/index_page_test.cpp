@@ -8,7 +8,7 @@
 namespace platform::jet {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 /// An index page of Jet 4 with these stored entries.
 std::vector<std::uint8_t> MakePage(const std::vector<std::string>& stored, std::uint8_t sharedLength)

@@ -10,7 +10,7 @@
 namespace platform::jet {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 ByteView ViewOf(const std::string& bytes)
 {

@@ -13,9 +13,7 @@
 namespace platform::jet {
 namespace {
 
-using std::string_view_literals::operator""sv;
-
-constexpr std::string_view kSignature = "\0\1\0\0Standard Jet DB\0"sv;
+constexpr std::string_view kSignature("\0\1\0\0Standard Jet DB\0", 20);
 constexpr std::size_t kVersion = 0x14;
 constexpr std::size_t kMaskedFrom = 0x18;
 constexpr std::size_t kMaskedSizeJet3 = 126;
@@ -45,7 +43,7 @@ void UnmaskByDate(std::span<std::uint8_t> password, double creationDate)
         password[i] ^= static_cast<std::uint8_t>(day >> 8 * (i % 4));
 }
 
-std::string UpToZero(std::string text)
+std::string UpToZero(const std::string& text)
 {
     return text.substr(0, text.find('\0'));
 }

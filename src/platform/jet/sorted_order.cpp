@@ -1,7 +1,6 @@
 #include "platform/jet/sorted_order.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 
@@ -11,19 +10,31 @@
 namespace platform::jet {
 namespace {
 
-/// A number's key in two halves, the higher first, so that an entry takes no more than 12 bytes.
-using HalvedKey = std::array<std::uint32_t, 2>;
+/// A number's key in two halves, so that an entry takes no more than 12 bytes.
+class HalvedKey {
+public:
+    explicit HalvedKey(std::uint64_t key)
+        : high_(static_cast<std::uint32_t>(key >> 32)), low_(static_cast<std::uint32_t>(key))
+    {}
+    bool operator==(const HalvedKey&) const = default;
+    bool operator<(const HalvedKey& other) const { return Whole() < other.Whole(); }
 
-HalvedKey Halved(std::uint64_t key)
-{
-    return {static_cast<std::uint32_t>(key >> 32), static_cast<std::uint32_t>(key)};
-}
+private:
+    [[nodiscard]] std::uint64_t Whole() const { return std::uint64_t{high_} << 32 | low_; }
+
+    std::uint32_t high_;
+    std::uint32_t low_;
+};
 
 template <class Key>
 struct Entry {
     Key key;
     RowPosition position;  // decides between equal keys
-    auto operator<=>(const Entry&) const = default;
+
+    bool operator<(const Entry& other) const
+    {
+        return key == other.key ? position < other.position : key < other.key;
+    }
 };
 
 /// `keyOf` gives a row's key, or nothing for null.
@@ -39,7 +50,7 @@ std::vector<RowPosition> Sorted(const PageFile& file, const TableDefinition& tab
         else
             positions.push_back(position);
     });
-    std::ranges::sort(entries);
+    std::sort(entries.begin(), entries.end());
     positions.reserve(positions.size() + entries.size());
     for (const Entry<Key>& entry : entries)
         positions.push_back(entry.position);
@@ -54,7 +65,7 @@ std::vector<RowPosition> SortedByColumn(const PageFile& file, const TableDefinit
                                    [&](const Row& row) { return ByteSortKey(file, row, column); });
     return Sorted<HalvedKey>(file, table, [&](const Row& row) -> std::optional<HalvedKey> {
         const std::optional<std::uint64_t> key = NumberSortKey(row, column);
-        return key ? std::optional(Halved(*key)) : std::nullopt;
+        return key ? std::optional(HalvedKey(*key)) : std::nullopt;
     });
 }
 

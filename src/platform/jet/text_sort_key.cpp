@@ -19,18 +19,15 @@ constexpr char32_t kOtherCharacters = 0x014000;
 constexpr std::string_view kPunctuationOrder = " !\"#$%&()*,./:;?@[\\]^_`{|}~+<=>";
 
 /// The letters without accents of U+00C0 to U+017F, one or two for each: "." stands for none.
-constexpr std::string_view kLatin1Letters =
+constexpr std::string_view kBaseLetters =
     "a a a a a a aec e e e e i i i i d n o o o o o . o u u u u y thss"
-    "a a a a a a aec e e e e i i i i d n o o o o o . o u u u u y thy ";
-constexpr std::string_view kExtendedLetters =
+    "a a a a a a aec e e e e i i i i d n o o o o o . o u u u u y thy "
     "a a a a a a c c c c c c c c d d d d e e e e e e e e e e g g g g g g g g h h h h "
     "i i i i i i i i i i ijijj j k k k l l l l l l l l l l n n n n n n n n n o o o o o o oeoe"
     "r r r r r r s s s s s s s s t t t t t t u u u u u u u u u u u u w w y y y z z z z z z s ";
-constexpr char32_t kFirstAccented = 0xC0;
-constexpr char32_t kFirstExtended = 0x100;
-constexpr char32_t kPastExtended = 0x180;
-static_assert(kLatin1Letters.size() == 2 * (kFirstExtended - kFirstAccented));
-static_assert(kExtendedLetters.size() == 2 * (kPastExtended - kFirstExtended));
+constexpr std::size_t kFirstAccented = 0xC0;
+constexpr std::size_t kPastAccented = 0x180;
+static_assert(kBaseLetters.size() == 2 * (kPastAccented - kFirstAccented));
 
 bool Between(char32_t character, char32_t first, char32_t last)
 {
@@ -40,12 +37,9 @@ bool Between(char32_t character, char32_t first, char32_t last)
 /// The base letters of an accented or joined Latin letter; empty for any other character.
 std::string_view BaseLetters(char32_t character)
 {
-    if (!Between(character, kFirstAccented, kPastExtended - 1))
+    if (character < kFirstAccented || character >= kPastAccented)
         return {};
-    const bool extended = character >= kFirstExtended;
-    const std::string_view table = extended ? kExtendedLetters : kLatin1Letters;
-    const std::string_view entry =
-        table.substr(2 * (character - (extended ? kFirstExtended : kFirstAccented)), 2);
+    const std::string_view entry = kBaseLetters.substr(2 * (character - kFirstAccented), 2);
     return entry[0] == '.' ? std::string_view{} : entry.substr(0, entry[1] == ' ' ? 1 : 2);
 }
 
