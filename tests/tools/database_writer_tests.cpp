@@ -142,7 +142,7 @@ std::uint32_t ChainLength(const Layout& layout, const Bytes& database, std::uint
     std::uint32_t length = 0;
     for (; pointer != 0 && length < 99; ++length) {
         const std::size_t page = (pointer >> 8) * layout.pageSize;
-        const std::size_t place = page + layout.rowCountOffset + 2 * (1 + (pointer & 0xFF));
+        const std::size_t place = page + layout.rowCountOffset + 2 * (std::size_t{1} + (pointer & 0xFF));
         pointer = NumberAt(database, page + (NumberAt(database, place) & 0x1FFF));
     }
     return length;
