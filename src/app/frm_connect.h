@@ -19,13 +19,10 @@ namespace trellivan {
 /// The main window's logic: its state and the handler of every event, each implemented in the room whose
 /// concern it is. The constructor sets the handlers; after that Form_Load is the only call from outside.
 ///
-/// Ownership: everything given is borrowed and must outlive this object, except that no event may arrive
-/// after it
-///            has gone.
-/// Failures:  no handler lets one out that it is meant to handle. A procedure is of one of two styles:
-/// "abandon"
-///            (one try, ended by the first failure, one record) or "continue" (each step through a
-///            PendingFailure, the last failure recorded at the end). The style stands beside its definition.
+/// Ownership: everything given is borrowed and must outlive this object; no event may arrive after it has gone.
+/// Failures:  a procedure is of one of two styles, named beside its definition: "abandon" (one try, ended by the
+///            first failure, one record) or "continue" (each step through a PendingFailure, the last failure
+///            recorded at the end).
 class frmConnect : private WindowControls {
 public:
     frmConnect(const WindowControls& controls, modGlobals& globals, platform::DatabaseEngine& engine,
@@ -61,9 +58,9 @@ private:
     void LoadConfigSettings();
     void LoadInterval(PendingFailure& pending);
     void LoadReconnect(PendingFailure& pending);
-    template <class Control>
     void LoadText(PendingFailure& pending, const std::string& section, const std::string& key,
-                  Control& control, std::string& variable);
+                  platform::TextBox& box, std::string& variable);
+    void LoadChoice(const std::string& key, platform::DropDownList& list, std::string& variable);
     void SaveConfigSettings();
     void cmdApply_Click();
     [[nodiscard]] std::string ReadSetting(const std::string& section, const std::string& key);

@@ -5,6 +5,7 @@
 
 #include "config/ini_value.h"
 #include "platform/clock.h"
+#include "platform/date_time.h"
 #include "platform/failure.h"
 #include "platform/file_system.h"
 #include "platform/profile_file.h"

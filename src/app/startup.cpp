@@ -1,3 +1,5 @@
+#include <initializer_list>
+
 #include "app/frm_connect.h"
 #include "platform/conversions.h"
 

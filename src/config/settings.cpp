@@ -28,8 +28,8 @@ void frmConnect::LoadConfigSettings()  // continue
     LoadInterval(pending);
     LoadText(pending, kConnectionSection, "IpAddress", txtIPAddress, IPAddress);
     LoadText(pending, kConnectionSection, "PortNumber", txtPortNumber, PortNumber);
-    LoadText(pending, kConnectionSection, "Connect", cboConnect, ConnectMode);
-    LoadText(pending, kConnectionSection, "Protocol", cboProtocol, ProtocolName);
+    LoadChoice("Connect", cboConnect, ConnectMode);
+    LoadChoice("Protocol", cboProtocol, ProtocolName);
     LoadReconnect(pending);
     LoadText(pending, kDatabaseSection, "Filepath", txtFilePath, FilePath);
     RecordIfPending(pending, "frmConnect.LoadConfigSettings");
@@ -49,16 +49,23 @@ void frmConnect::LoadInterval(PendingFailure& pending)
     pending.Step([&] { tmrSendData.SetInterval(TimerInterval); });
 }
 
-/// A key that is missing or empty leaves its control and its variable as they were; a control that refuses
-/// the text does not keep it from the variable.
-template <class Control>
 void frmConnect::LoadText(PendingFailure& pending, const std::string& section, const std::string& key,
-                          Control& control, std::string& variable)
+                          platform::TextBox& box, std::string& variable)
 {
     const std::string text = ReadSetting(section, key);
     if (text.empty())
         return;
-    pending.Step([&] { control.SetText(text); });
+    pending.Step([&] { box.SetText(text); });
+    variable = text;
+}
+
+/// A text that the list refuses reaches the variable all the same, and leaves no record.
+void frmConnect::LoadChoice(const std::string& key, platform::DropDownList& list, std::string& variable)
+{
+    const std::string text = ReadSetting(kConnectionSection, key);
+    if (text.empty())
+        return;
+    Recover([&] { list.SetText(text); });
     variable = text;
 }
 

@@ -13,10 +13,14 @@ void EventGate::Enter(Event event)
 
 void EventGate::Pause(const std::function<void()>& pass)
 {
+    struct Closing {
+        bool& busy;
+        ~Closing() { busy = true; }
+    };
+    const Closing closing{busy_};
     busy_ = false;
     RunWaiting();
     pass();
-    busy_ = true;
 }
 
 void EventGate::RunWaiting()
@@ -27,8 +31,8 @@ void EventGate::RunWaiting()
         busy_ = true;
         try {
             event();
-        } catch (
-            ...) {  // NOLINT(bugprone-empty-catch): a handler that failed has recorded what it wants recorded
+        } catch (...) {
+            // The handler has recorded what it wants recorded.
         }
         busy_ = false;
     }

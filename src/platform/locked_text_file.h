@@ -10,8 +10,7 @@ namespace platform {
 /// this kind happens, and none is lost when the content is replaced.
 ///
 /// Lines:     bytes, in the encoding of the file, up to CR LF, to LF, or to the end of the file for a last
-/// line
-///            without either; a CR elsewhere is part of its line. An empty file has no line.
+///            line without either; a CR elsewhere is part of its line. An empty file has no line.
 /// Failure:   kPermissionDenied, kPathFileAccess, kDiskFull; the content is then as it was.
 class LockedTextFile {
 public:

@@ -10,11 +10,9 @@ namespace platform {
 /// One socket, TCP as client or as server of one peer, or UDP, as the program's logic sees it.
 ///
 /// Failure:   a call that cannot be carried out throws Failure and leaves State() as it was. What the network
-/// does
-///            later arrives as OnError. Calls never block.
+///            does later arrives as OnError. Calls never block.
 /// Events:    raised from the event loop through the gate, never inside a call on this object, and none after
-/// Close;
-///            a handler may call anything here.
+///            Close; a handler may call anything here.
 /// Ownership: the handlers are set once and live as long as the control.
 /// Text:      UTF-8 here, one byte a character in code page 1252 on the wire, "?" for what that lacks.
 class WinsockControl {

@@ -1,7 +1,7 @@
 #include "replay/record_format.h"
 
 #include <string_view>
-#include <type_traits>
+#include <variant>
 
 #include "platform/ansi_code_page.h"
 #include "platform/failure.h"

@@ -87,7 +87,8 @@ void frmConnect::SendRecord(PendingFailure& pending, const std::string& recordTe
 {
     if (IsMulticast()) {
         pending.Step([&] {
-            MCSockConnect.SendToGroup(StringToBytes(recordText), IPAddress, WholeNumber(PortNumber));
+            const auto bytes = StringToBytes(recordText);
+            MCSockConnect.SendToGroup(bytes, IPAddress, WholeNumber(PortNumber));
         });
     } else if (pending.Test([&] { return chkTransferTime.Value() == 1; })) {
         pending.Step([&] {

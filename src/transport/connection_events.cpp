@@ -24,8 +24,7 @@ void frmConnect::WinsockConnect_ConnectionRequest(platform::WinsockControl::Requ
     RecordIfPending(pending, "frmConnect.WinsockConnect.ConnectionRequest");
 }
 
-void frmConnect::WinsockConnect_DataArrival()  // no failure handling of its own: the event gate ends a
-                                               // failure
+void frmConnect::WinsockConnect_DataArrival()  // no handling of its own: a failure ends at the event gate
 {
     static_cast<void>(WinsockConnect.GetData());
     txtHeartbeat.SetText(TimeOfDay());

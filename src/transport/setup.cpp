@@ -56,7 +56,8 @@ void frmConnect::OpenLocalPort()
 
 void frmConnect::OpenMulticastGroup()
 {
-    MCSockConnect.OpenGroup(txtIPAddress.Text(), WholeNumber(txtPortNumber.Text()));
+    const std::string address = txtIPAddress.Text();
+    MCSockConnect.OpenGroup(address, WholeNumber(txtPortNumber.Text()));
 }
 
 void frmConnect::ShowListening()

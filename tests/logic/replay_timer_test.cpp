@@ -41,21 +41,26 @@ TEST(Replay, ATickGoesThroughItsStepsInOrder)
                      "DataViewList.SetListIndex 0", "TransactionSet.MoveNext"}));
 }
 
-TEST(Replay, TransferTimeAddsTheRecordedTimeOnTcpAndUdpOnly)
+TEST(Replay, TransferTimeAddsTheRecordedTimeOnTcpAndUdp)
 {
-    Program program;
-    program.engine.rows = {{{"rawtransaction", "ABC"}, {"timestamp", "10:20:30"}},
-                           {{"rawtransaction", "DEF"}, {"timestamp", platform::Null{}}}};
-    program.StartConnected();
-    program.chkTransferTime.value = 1;
-    program.Tick();
-    program.Tick();
-    program.chkTransferTime.value = 2;
-    EXPECT_EQ(program.WinsockConnect.sent, (Texts{"ABC\x01"
-                                                  "10:20:30\x02",
-                                                  "DEF\x01\x02"}));
-    EXPECT_EQ(program.txtDBTime.text, "10:20:30");
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.tmrSendData"}) << "the null time cannot be shown";
+    for (const char* protocol : {"TCP", "UDP"}) {
+        Program program;
+        program.engine.rows = {{{"rawtransaction", "ABC"}, {"timestamp", "10:20:30"}},
+                               {{"rawtransaction", "DEF"}, {"timestamp", platform::Null{}}},
+                               {{"rawtransaction", "GHI"}, {"timestamp", "10:20:31"}}};
+        program.StartPlaying(protocol, "Connect");
+        program.WinsockConnect.state = WinsockControl::kConnected;
+        program.chkTransferTime.value = 1;
+        program.Tick();
+        program.Tick();
+        program.chkTransferTime.value = 2;
+        program.Tick();
+        EXPECT_EQ(program.WinsockConnect.sent, (Texts{"ABC\x01"
+                                                      "10:20:30\x02",
+                                                      "DEF\x01\x02", "GHI"}));
+        EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.tmrSendData"})
+            << "the null time cannot be shown";
+    }
 }
 
 TEST(Replay, MulticastSendsBytesAndLooksAtNoSocketState)

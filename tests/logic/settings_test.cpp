@@ -59,10 +59,20 @@ TEST(LoadSettings, ARefusedListTextStillReachesTheVariable)
     program.Setting("TCP/IP Settings", "Connect", "Both");
     program.Start();
     EXPECT_EQ(program.cboConnect.text, "Connect");
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.LoadConfigSettings"});
+    EXPECT_EQ(program.TakeRecords(), Texts{});
     program.WinsockConnect.OnConnect();
     EXPECT_EQ(program.TakeStatus().back(), "  Connected on Port   ")
         << "the role is Both, which is no client";
+}
+
+TEST(LoadSettings, ARefusedListTextDoesNotHideAnEarlierFailure)
+{
+    Program program;
+    program.Setting("Timer", "Interval", "-5");
+    program.Setting("TCP/IP Settings", "Protocol", "MCAST");
+    program.Setting("TCP/IP Settings", "Connect", "Both");
+    program.Start();
+    EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.LoadConfigSettings"});
 }
 
 TEST(LoadSettings, OnlyYesTicksReconnect)

@@ -10,7 +10,6 @@ TEST(Startup, ShowsTheDefaultsWithoutASettingsFile)
 {
     Program program;
     program.window.caption = "something else";
-    program.files.contents.clear();
     program.Load();
     EXPECT_EQ(program.window.caption, "Trellivan");
     EXPECT_EQ(program.txtIPAddress.text, "127.0.0.1");
@@ -113,8 +112,11 @@ TEST(ErrorLogLimits, AnAgeBeyondAllDatesIsRecordedAndNothingIsTrimmed)
     Program program;
     program.Setting("Error Log", "Error_Log_Days", "1e9");
     program.Setting("Error Log", "Error_Log_Length", "0");
-    program.files.contents["/house/Trellivan Error.log"] = "";
+    std::string& log = program.files.contents["/house/Trellivan Error.log"];
+    log = "2021-05-11 earlier\r\n";
     program.Start();
+    EXPECT_TRUE(log.starts_with("2021-05-11 earlier\r\n")) << log;
+    log.erase(0, log.find('\n') + 1);
     EXPECT_EQ(program.TakeRecordNames(), Texts{"modGlobals.GlobalsMain"});
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/file_descriptor.h"
+#include "platform/posix/file_descriptor.h"
 
 namespace platform::sockets {
 

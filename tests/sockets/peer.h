@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/file_descriptor.h"
+#include "platform/posix/file_descriptor.h"
 #include "platform/sockets/socket_address.h"
 
 namespace platform::sockets {

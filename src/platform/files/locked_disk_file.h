@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/file_descriptor.h"
 #include "platform/locked_text_file.h"
+#include "platform/posix/file_descriptor.h"
 
 namespace platform::files {
 

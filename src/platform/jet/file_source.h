@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/file_descriptor.h"
 #include "platform/jet/byte_source.h"
+#include "platform/posix/file_descriptor.h"
 
 namespace platform::jet {
 

@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "platform/event_gate.h"
-#include "platform/file_descriptor.h"
+#include "platform/posix/file_descriptor.h"
 #include "platform/qt/tick_schedule.h"
 #include "platform/timer.h"
 

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "platform/event_gate.h"
-#include "platform/file_descriptor.h"
+#include "platform/posix/file_descriptor.h"
 
 namespace platform::sockets {
 

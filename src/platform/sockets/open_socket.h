@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/file_descriptor.h"
+#include "platform/posix/file_descriptor.h"
 
 namespace platform::sockets {
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/file_descriptor.h"
+#include "platform/posix/file_descriptor.h"
 #include "platform/sockets/send_queue.h"
 
 namespace platform::sockets {

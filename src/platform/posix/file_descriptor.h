@@ -14,8 +14,8 @@ public:
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, kNone)) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept
     {
-        Close();
-        number_ = std::exchange(other.number_, kNone);
+        FileDescriptor taken(std::move(other));
+        std::swap(number_, taken.number_);
         return *this;
     }
     ~FileDescriptor() { Close(); }
