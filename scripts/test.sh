@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks everything: formatting, clang-tidy, the release build, and all tests under the address and
+# Checks everything: formatting, clang-tidy of what ships, the release build, and all tests under the address and
 # undefined-behaviour sanitizers. Needs no display; the tests of the network stay in a namespace of their own.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -8,7 +8,7 @@ source scripts/packages.sh
 install_packages "${build_packages[@]}" "${run_packages[@]}" "${headless_packages[@]}" "${test_packages[@]}"
 
 mapfile -t headers_and_sources < <(git ls-files '*.h' '*.cpp')
-mapfile -t sources < <(git ls-files '*.cpp')
+mapfile -t sources < <(git ls-files 'src/*.cpp' 'tools/*.cpp')
 
 echo "== Formatting"
 clang-format-14 --dry-run -Werror "${headers_and_sources[@]}"
