@@ -18,8 +18,8 @@
 #include "platform/sockets/multicast.h"
 #include "platform/sockets/winsock.h"
 
-/// The whole program: the platform's objects, then the logic that borrows them. The one place that knows both sides.
-/// It needs a QApplication around it.
+/// The whole program: the platform's objects, then the logic that borrows them. The one place that knows both
+/// sides. It needs a QApplication around it.
 class Trellivan {
 public:
     /// `executableDirectory` is where the settings file and the error log lie.

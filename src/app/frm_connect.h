@@ -19,10 +19,11 @@ namespace trellivan {
 /// The main window's logic: its state and the handler of every event, each implemented in the room whose
 /// concern it is. The constructor sets the handlers; after that Form_Load is the only call from outside.
 ///
-/// Ownership: everything given is borrowed and must outlive this object; no event may arrive after it has gone.
-/// Failures:  a procedure is of one of two styles, named beside its definition: "abandon" (one try, ended by the
-///            first failure, one record) or "continue" (each step through a PendingFailure, the last failure
-///            recorded at the end).
+/// Ownership: everything given is borrowed and must outlive this object; no event may arrive after it has
+///            gone.
+/// Failures:  a procedure is of one of two styles, named beside its definition: "abandon" (one try, ended by
+///            the first failure, one record) or "continue" (each step through a PendingFailure, the last
+///            failure recorded at the end).
 class frmConnect : private WindowControls {
 public:
     frmConnect(const WindowControls& controls, modGlobals& globals, platform::DatabaseEngine& engine,

@@ -91,6 +91,17 @@ char32_t TakeCharacter(std::string_view& utf8)
     return valid ? character : kReplacement;
 }
 
+bool IsUtf8(std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const std::size_t size = bytes.size();
+        // The replacement character itself takes three bytes.
+        if (TakeCharacter(bytes) == kReplacement && size - bytes.size() == 1)
+            return false;
+    }
+    return true;
+}
+
 void AppendCharacter(std::string& utf8, char32_t character)
 {
     const auto append = [&](char32_t bits) { utf8.push_back(static_cast<char>(bits)); };

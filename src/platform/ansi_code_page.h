@@ -29,6 +29,9 @@ namespace platform {
 /// character U+FFFD.
 [[nodiscard]] char32_t TakeCharacter(std::string_view& utf8);
 
+/// True for valid UTF-8.
+[[nodiscard]] bool IsUtf8(std::string_view bytes);
+
 /// Appends a character to a UTF-8 text.
 void AppendCharacter(std::string& utf8, char32_t character);
 

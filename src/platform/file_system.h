@@ -20,8 +20,8 @@ public:
     /// kDiskFull.
     virtual void Append(const std::string& path, const std::string& bytes) = 0;
 
-    /// Opens an existing file for reading and replacing, waiting until no other program appends to it or has
-    /// it open in this way. Failure: as for Append.
+    /// Opens an existing file for reading and replacing, waiting a while until no other program appends to it
+    /// or has it open in this way. Failure: as for Append.
     [[nodiscard]] virtual std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) = 0;
 };
 

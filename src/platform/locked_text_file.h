@@ -19,8 +19,9 @@ public:
     [[nodiscard]] virtual std::int64_t CountLines() const = 0;
 
     /// Replaces the content, in one step, by the lines for which `keep` answers true, in their order, each
-    /// followed by CR LF. `keep` is called once for every line with its number, counted from 1; the text it
-    /// is given lives for that call only. What it throws passes through.
+    /// followed by CR LF. `keep` is called once for every line with its number, counted from 1, and its text,
+    /// which lives for that call only (of a line longer than 64 KiB perhaps only the beginning). What it throws
+    /// passes through.
     virtual void KeepLines(const std::function<bool(std::int64_t number, std::string_view line)>& keep) = 0;
 };
 

@@ -14,6 +14,7 @@
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/files/file_system.h"
+#include "platform/files/open_file.h"
 #include "platform/files/profile_file.h"
 
 namespace platform::files {
@@ -284,6 +285,17 @@ TEST_F(Faults, KillingAProgramThatTrimsLosesNoRecord)
     RecordProperty("leftBehind", static_cast<int>(leftBehind));
     Trim(kLines);
     EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
+}
+
+TEST_F(Faults, AProgramThatKeepsTheLockCostsTheRecordAndNoMore)
+{
+    Fill(log_, kOldRecord);
+    {
+        const FileDescriptor holder = OpenAndLock(log_, O_RDONLY);
+        ExpectAppendFails(failure::kPermissionDenied);
+    }
+    files_.Append(log_, "kept\r\n");
+    EXPECT_EQ(Content(log_), kOldRecord + "kept\r\n");
 }
 
 TEST_F(Faults, TwoProgramsAppendWhileAThirdTrims)

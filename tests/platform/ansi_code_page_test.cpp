@@ -49,6 +49,13 @@ TEST(Utf8, TakesOneCharacterForEachByteThatIsNotValid)
     }
 }
 
+TEST(Utf8, IsToldFromOtherBytes)
+{
+    EXPECT_TRUE(platform::IsUtf8("caf\u00E9 \uFFFD"));
+    EXPECT_FALSE(platform::IsUtf8("caf\xE9"));
+    EXPECT_FALSE(platform::IsUtf8("\xEF\xBF"));
+}
+
 TEST(Utf8, EveryCharacterReadsBackAsWritten)
 {
     for (const char32_t character :

@@ -1,8 +1,5 @@
 #include "platform/sockets/multicast.h"
 
-#include <net/if.h>
-
-#include "platform/sockets/multicast_interface.h"
 #include "sockets/fresh_network.h"
 #include "sockets/winsock_fixture.h"
 
@@ -80,17 +77,6 @@ TEST_F(MulticastTest, WithoutARouteTheLoopBackInterfaceCarriesTheRecord)
     control.OpenGroup(kGroup, member.Port());
     control.SendToGroup(kRecord, kGroup, member.Port());
     EXPECT_EQ(kRecordText, member.ReceiveDatagram());
-}
-
-TEST_F(MulticastTest, WithoutARouteAnInterfaceThatCanMulticastIsPreferred)
-{
-    const SocketAddress group = AddressFromText(kGroup).value();
-    EXPECT_EQ(0, InterfaceForGroupWithoutRoute(group));
-
-    const FreshNetwork network;
-    FreshNetwork::BringLoopBackUp();
-    FreshNetwork::AddOutwardInterface();
-    EXPECT_EQ(static_cast<int>(::if_nametoindex("outward")), InterfaceForGroupWithoutRoute(group));
 }
 
 TEST_F(MulticastTest, WhatTheNetworkRefusesIsAnEventUntilTheGroupIsClosed)

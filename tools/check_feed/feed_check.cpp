@@ -27,6 +27,7 @@ std::vector<std::string> FeedOf(std::istream& csv)
         receipts.push_back(receipt);
     std::ranges::stable_sort(receipts, {}, &Receipt::ref);
     std::vector<std::string> feed;
+    feed.reserve(receipts.size());
     for (const Receipt& receipt : receipts)
         feed.push_back(platform::ToAnsi(receipt.rawtransaction.value_or("")));
     return feed;

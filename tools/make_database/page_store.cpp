@@ -25,6 +25,7 @@ void MemoryPages::Write(std::uint32_t number, const Bytes& page)
 FilePages::FilePages(const std::string& path)
     : path_(path), partPath_(path + ".part"), buffer_(kWriteBufferSize)
 {
+    errno = 0;
     file_.rdbuf()->pubsetbuf(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
     file_.open(partPath_, std::ios::binary | std::ios::trunc);
     FailUnlessGood();
@@ -39,6 +40,7 @@ FilePages::~FilePages()
 
 void FilePages::Write(std::uint32_t number, const Bytes& page)
 {
+    errno = 0;
     const auto size = static_cast<std::streamoff>(page.size());
     if (number != nextInPlace_)
         file_.seekp(number * size);
@@ -49,6 +51,7 @@ void FilePages::Write(std::uint32_t number, const Bytes& page)
 
 void FilePages::Commit()
 {
+    errno = 0;
     file_.close();
     FailUnlessGood();
     std::error_code error;
@@ -61,10 +64,11 @@ void FilePages::FailUnlessGood() const
 {
     if (file_)
         return;
-    const std::string reason = std::generic_category().message(errno);
-    const bool full = errno == ENOSPC;
-    throw platform::Failure(full ? platform::failure::kDiskFull : platform::failure::kPathFileAccess,
-                            path_ + ": cannot be written: " + reason);
+    const int error = errno;
+    const std::string reason = error == 0 ? "" : ": " + std::generic_category().message(error);
+    throw platform::Failure(
+        error == ENOSPC ? platform::failure::kDiskFull : platform::failure::kPathFileAccess,
+        path_ + ": cannot be written" + reason);
 }
 
 }  // namespace tools

@@ -12,18 +12,6 @@
 namespace tools {
 namespace {
 
-bool IsUtf8(std::string_view text)
-{
-    constexpr char32_t kReplacement = 0xFFFD;
-    constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
-    while (!text.empty()) {
-        const bool isReplacement = text.starts_with(kReplacementText);
-        if (platform::TakeCharacter(text) == kReplacement && !isReplacement)
-            return false;
-    }
-    return true;
-}
-
 std::int32_t ToRef(const CsvField& field, std::size_t line)
 {
     std::int32_t ref = 0;
@@ -88,7 +76,7 @@ void ReceiptReader::SetField(Receipt& receipt, Target target, const CsvField& fi
 {
     if (field.text.empty() && !field.quoted)
         return;
-    if (!IsUtf8(field.text))
+    if (!platform::IsUtf8(field.text))
         FailAtLine(record_.line, "the text is not valid UTF-8");
     switch (target) {
         case Target::kRef:

@@ -13,7 +13,7 @@ namespace platform::files {
 /// lines are. What a line is, LockedTextFile says.
 class LineReader {
 public:
-    /// A line without its line end; a line longer than 64 KiB may come in several pieces, of which only the
+    /// A line without its line end; a line longer than a quarter of a megabyte comes in several pieces, of which only the
     /// last one ends it.
     struct Piece {
         std::string_view text;

@@ -17,13 +17,14 @@ namespace platform::files {
 /// never waits.
 [[nodiscard]] FileDescriptor Open(const std::string& path, int flags);
 
-/// Opens a file and takes its exclusive lock, waiting for whoever holds it. When the file was replaced or
-/// removed meanwhile, the one that stands there now is opened instead, so that nothing is written to a file
-/// that no longer has a name. The lock ends with the descriptor. A file system without locks gives none.
+/// Opens a file and takes its exclusive lock, waiting 2 s at most for whoever holds it (then
+/// kPermissionDenied). When the file was replaced or removed meanwhile, the one that stands there now is
+/// opened instead, so that nothing is written to a file that no longer has a name. The lock ends with the
+/// descriptor. A file system without locks gives none.
 [[nodiscard]] FileDescriptor OpenAndLock(const std::string& path, int flags);
 
-/// Takes the exclusive lock of an open file.
-void Lock(const FileDescriptor& file);
+/// Takes the exclusive lock of an open file, waiting as OpenAndLock does.
+void Lock(const FileDescriptor& file, const std::string& path);
 
 [[nodiscard]] struct stat StatusOf(const FileDescriptor& file, const std::string& path);
 

@@ -15,7 +15,6 @@ constexpr std::string_view kDefaultLineEnd = "\r\n";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr std::string_view kUtf16BigEndianMark = "\xFE\xFF";
-constexpr char32_t kReplacement = 0xFFFD;
 
 /// A line of a text, as views into it.
 struct Line {
@@ -59,16 +58,6 @@ std::string_view Unquoted(std::string_view bytes)
     const bool quoted =
         bytes.size() >= 2 && bytes.front() == bytes.back() && (bytes.front() == '"' || bytes.front() == '\'');
     return quoted ? bytes.substr(1, bytes.size() - 2) : bytes;
-}
-
-bool IsUtf8(std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const std::size_t size = bytes.size();
-        if (TakeCharacter(bytes) == kReplacement && size - bytes.size() == 1)
-            return false;
-    }
-    return true;
 }
 
 std::string Decoded(std::string_view bytes)

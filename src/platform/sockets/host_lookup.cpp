@@ -3,12 +3,36 @@
 #include <sys/eventfd.h>
 
 #include <cerrno>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "platform/sockets/socket_error.h"
 
 namespace platform::sockets {
+namespace {
+
+/// Nothing may be thrown out of a thread.
+std::vector<SocketAddress> AddressesOrNone(const std::string& host) noexcept
+{
+    try {
+        return AddressesOfHost(host);
+    } catch (...) {
+        return {};
+    }
+}
+
+template <class Work>
+void StartThread(const std::string& host, Work work)
+{
+    try {
+        std::thread(std::move(work)).detach();
+    } catch (const std::system_error& error) {
+        throw SocketFailure(error.code().value(), "Cannot look up host " + host);
+    }
+}
+
+}  // namespace
 
 void HostLookup::Start(const std::string& host, Answer answer)
 {
@@ -18,10 +42,10 @@ void HostLookup::Start(const std::string& host, Answer answer)
             throw SocketFailure(errno, "Cannot look up host " + host);
         std::promise<std::vector<SocketAddress>> promise;
         auto addresses = promise.get_future();
-        std::thread([host, finished, promise = std::move(promise)]() mutable {
-            promise.set_value(AddressesOfHost(host));
+        StartThread(host, [host, finished, promise = std::move(promise)]() mutable {
+            promise.set_value(AddressesOrNone(host));
             ::eventfd_write(finished->Number(), 1);
-        }).detach();
+        });
         running_.reset(
             new Running{host, std::move(addresses), finished,
                         GatedNotifier(gate_, *finished, QSocketNotifier::Read, [this] { Finish(); })});

@@ -21,7 +21,7 @@ public:
     explicit HostLookup(EventGate& gate) : gate_(gate) {}
 
     /// The answer comes from the event loop through the gate and takes the place of an earlier one. A look-up
-    /// of the same host that is still under way is joined, so that callers in a hurry do not pile up threads.
+    /// of the same host that is still under way is joined, so that repeated calls do not pile up threads.
     void Start(const std::string& host, Answer answer);
 
     /// No answer will come.

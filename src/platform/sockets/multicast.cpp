@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <limits>
+#include <span>
 
 #include "platform/failure_numbers.h"
 #include "platform/sockets/multicast_interface.h"
@@ -25,20 +26,24 @@ SocketAddress CheckedGroup(const std::string& address, std::int32_t port)
     return *group;
 }
 
-void StayOnThisNetwork(const FileDescriptor& socket, const SocketAddress& group)
+void StayOnThisNetwork(const FileDescriptor& socket, int family)
 {
-    if (group.Family() == AF_INET6) {
+    if (family == AF_INET6) {
         SetOption(socket, IPPROTO_IPV6, IPV6_MULTICAST_HOPS, 1);
         SetOption(socket, IPPROTO_IPV6, IPV6_MULTICAST_LOOP, 1);
-        return;
+    } else {
+        SetOption(socket, IPPROTO_IP, IP_MULTICAST_TTL, 1);
+        SetOption(socket, IPPROTO_IP, IP_MULTICAST_LOOP, 1);
     }
-    SetOption(socket, IPPROTO_IP, IP_MULTICAST_TTL, 1);
-    SetOption(socket, IPPROTO_IP, IP_MULTICAST_LOOP, 1);
-    const ip_mreqn interface {
-        .imr_multiaddr = {}, .imr_address = {}, .imr_ifindex = InterfaceForGroupWithoutRoute(group)
-    };
-    if (interface.imr_ifindex != 0)
-        ::setsockopt(socket.Number(), IPPROTO_IP, IP_MULTICAST_IF, &interface, sizeof interface);
+}
+
+/// False with errno where the network refuses the bytes.
+bool Send(const FileDescriptor& socket, std::span<const std::uint8_t> bytes, const SocketAddress& group)
+{
+    if (::sendto(socket.Number(), bytes.data(), bytes.size(), 0, group.Data(), group.Size()) >= 0)
+        return true;
+    const bool withoutRoute = errno == ENETUNREACH && group.Family() == AF_INET;
+    return withoutRoute && SendThroughAnyInterface(socket, bytes, group);
 }
 
 }  // namespace
@@ -67,7 +72,7 @@ void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::s
         OpenFor(group);
     if (!socket_.IsOpen())
         return;
-    if (::sendto(socket_.Number(), bytes.data(), bytes.size(), 0, group.Data(), group.Size()) >= 0)
+    if (Send(socket_, bytes, group))
         return;
     const std::string what = "Cannot send a record to " + group.Text();
     if (errno == EMSGSIZE)
@@ -81,7 +86,7 @@ void Multicast::OpenFor(const SocketAddress& group)
     family_ = group.Family();
     socket_ = OpenSocket(family_, SOCK_DGRAM);
     if (socket_.IsOpen())
-        StayOnThisNetwork(socket_, group);
+        StayOnThisNetwork(socket_, family_);
     else
         Report(errno, "Cannot open multicast group " + group.Text());
 }

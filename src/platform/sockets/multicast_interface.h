@@ -1,12 +1,16 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
+
+#include "platform/posix/file_descriptor.h"
 #include "platform/sockets/socket_address.h"
 
 namespace platform::sockets {
 
-/// The index of the interface through which records to an IPv4 group leave where the system has no route for
-/// it: the first that is up and can multicast, or else the loop-back interface. 0 where the system has a
-/// route, or no interface at all.
-[[nodiscard]] int InterfaceForGroupWithoutRoute(const SocketAddress& group);
+/// Sends a datagram to an IPv4 group for which the system has no route: through the first interface that is
+/// up and can multicast, or else through the loop-back interface. False with errno where that fails too.
+[[nodiscard]] bool SendThroughAnyInterface(const FileDescriptor& socket, std::span<const std::uint8_t> bytes,
+                                           const SocketAddress& group);
 
 }  // namespace platform::sockets

@@ -21,10 +21,20 @@ FileDescriptor OpenListening(std::uint16_t port)
     return socket;
 }
 
-/// A peer that was gone before it was taken, and the like: the next one may be fine.
-bool ConcernsOnePeer(int error)
+/// All else concerns one peer, which was gone before it was taken and the like: the next one may be fine.
+bool ConcernsTheListener(int error)
 {
-    return error == EAGAIN || error == EINTR || error == ECONNABORTED || error == EPERM || error == EPROTO;
+    switch (error) {
+        case EMFILE:
+        case ENFILE:
+        case ENOBUFS:
+        case ENOMEM:
+        case EBADF:
+        case EINVAL:
+            return true;
+        default:
+            return false;
+    }
 }
 
 }  // namespace
@@ -45,7 +55,7 @@ void TcpListener::AcceptOne()
     FileDescriptor peer(::accept4(socket_.Number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
     if (peer.IsOpen())
         events_.announced(std::move(peer));
-    else if (!ConcernsOnePeer(errno))
+    else if (ConcernsTheListener(errno))
         events_.failed(errno);
 }
 

@@ -25,6 +25,8 @@ void TcpStream::Send(std::string_view bytes)
 {
     if (bytes.empty())
         return;
+    if (bytes.size() > SendQueue::kMostWaiting)
+        throw SocketFailure(EAGAIN, "Cannot send the record");
     const std::size_t sent = IsIdle() ? SendNow(bytes) : 0;
     if (error_ != 0)
         throw SocketFailure(error_, "Cannot send the record");

@@ -17,7 +17,8 @@ public:
     TcpStream(FileDescriptor socket, std::size_t& waitingInAll);
 
     /// Hands bytes to the network, or to the queue behind those that wait. Failure: kSocketWouldBlock where
-    /// the queue would get too long (the bytes are refused whole), kConnectionReset and the like.
+    /// the queue would get too long (the bytes are refused whole, as are more bytes than the queue can hold),
+    /// kConnectionReset and the like.
     void Send(std::string_view bytes);
 
     /// As recv: the number of bytes, 0 at the peer's orderly end, -1 with errno.
