@@ -1,141 +1,81 @@
-#include <gtest/gtest.h>
-
-#include <QTest>
-#include <filesystem>
 #include <fstream>
-#include <numeric>
 
 #include "check_feed/feed_check.h"
-#include "files/temporary_folder.h"
+#include "end_to_end/running_program.h"
 #include "sockets/event_loop.h"
-#include "sockets/peer.h"
-#include "trellivan.h"
 
-/// The whole program in its real window, with the sample database, against a real receiver.
+/// A whole day's sample database against a real receiver.
 namespace {
 
 using platform::sockets::Peer;
 using platform::sockets::WaitFor;
 
-std::vector<std::string> SampleFeed()
+constexpr const char* kMdb = DATABASES_FOLDER "/shop_day.mdb";
+constexpr const char* kSdd = DATABASES_FOLDER "/shop_day.sdd";
+
+const Texts& SampleFeed()
 {
-    std::ifstream csv(SAMPLES_FOLDER "/shop_day.csv", std::ios::binary);
-    return tools::FeedOf(csv);
+    static const Texts feed = [] {
+        std::ifstream csv(SAMPLES_FOLDER "/shop_day.csv", std::ios::binary);
+        return tools::FeedOf(csv);
+    }();
+    return feed;
 }
 
-std::string Joined(const std::vector<std::string>& records)
+/// Gives what the receiver of a whole replay over TCP gets, this many bytes.
+std::string Replayed(RunningProgram& program, Peer listener, std::size_t bytes)
 {
-    return std::accumulate(records.begin(), records.end(), std::string());
+    Peer receiver = program.Connect(listener);
+    program.Play("1");
+    EXPECT_TRUE(program.Reports({"  File Complete"}));
+    return receiver.Receive(bytes);
 }
 
-/// A folder with the sample databases and settings, and the program that was started in it.
-class Replay : public testing::Test {
-protected:
-    void Start(const std::string& protocol, const std::string& role, const std::string& address,
-               std::uint16_t port, const std::string& database = "shop_day.mdb")
-    {
-        for (const char* name : {"shop_day.mdb", "shop_day.sdd"})
-            std::filesystem::copy(std::string(DATABASES_FOLDER "/") + name, folder.Path(name));
-        Fill(folder.Path("Config.ini"),
-             "[Timer]\r\nInterval=1\r\n[TCP/IP Settings]\r\nIpAddress=" + address + "\r\nPortNumber=" +
-                 std::to_string(port) + "\r\nConnect=" + role + "\r\nProtocol=" + protocol +
-                 "\r\nReconnect=NO\r\n[Database File]\r\nFilePath=" + database + "\r\n");
-        trellivan.Start();
-    }
-
-    void Click(QAbstractButton& button) { QTest::mouseClick(&button, Qt::LeftButton); }
-
-    void ExpectDatagrams(const std::string& protocol, const std::string& address, Peer receiver)
-    {
-        Start(protocol, "Connect", address, receiver.Port());
-        Click(Window().cmdPlay);
-        for (const std::string& record : feed)
-            ASSERT_EQ(receiver.ReceiveDatagram(), record);
-        EXPECT_TRUE(WaitFor([&] { return IsComplete(); }));
-        EXPECT_FALSE(receiver.HasDatagram());
-        EXPECT_EQ(Log(), "");
-    }
-
-    [[nodiscard]] bool IsComplete() { return StatusHas("File Complete"); }
-
-    [[nodiscard]] bool StatusHas(const std::string& message)
-    {
-        return Window().lstStatus.SelectedText().find(message) != std::string::npos;
-    }
-
-    [[nodiscard]] std::string Log() const { return Content(folder.Path("Trellivan Error.log")); }
-
-    [[nodiscard]] platform::qt::MainWindow& Window() { return trellivan.Window(); }
-
-    TemporaryFolder folder;
-    Trellivan trellivan{folder.Path(), QLocale::c()};
-    const std::vector<std::string> feed = SampleFeed();
-};
-
-TEST_F(Replay, ATcpReceiverGetsTheWholeDayByteForByte)
+TEST(Replay, ATcpReceiverGetsTheWholeDayByteForByte)
 {
     Peer listener = Peer::Listening();
-    Start("TCP", "Connect", "127.0.0.1", listener.Port());
-    Click(Window().cmdPlay);
-    Peer receiver = listener.Accepted();
-    EXPECT_TRUE(WaitFor([&] { return IsComplete(); }));
-    EXPECT_EQ(receiver.Receive(Joined(feed).size()), Joined(feed));
-    EXPECT_EQ(Window().txtFilePath.Text(), "shop_day.mdb");
-    receiver.Send("hello");
-    EXPECT_TRUE(WaitFor([&] { return !Window().txtHeartbeat.Text().empty(); }));
-    EXPECT_EQ(Log(), "");
+    RunningProgram program({.port = listener.PortText(), .database = kMdb});
+    EXPECT_EQ(program.Window().txtFilePath.Text(), kMdb);
+    const std::string day = Joined(SampleFeed());
+    EXPECT_EQ(Replayed(program, std::move(listener), day.size()), day);
 }
 
-TEST_F(Replay, TransferTimePutsEachRecordedTimeBehindItsRecord)
+TEST(Replay, TransferTimePutsEachRecordedTimeBehindItsRecord)
 {
     Peer listener = Peer::Listening();
-    Start("TCP", "Connect", "127.0.0.1", listener.Port(), "shop_day.sdd");
-    Window().chkTransferTime.SetValue(1);
-    Click(Window().cmdPlay);
-    Peer receiver = listener.Accepted();
-    EXPECT_TRUE(WaitFor([&] { return IsComplete(); }));
+    RunningProgram program({.port = listener.PortText(), .database = kSdd});
+    program.Window().chkTransferTime.SetValue(1);
     const std::string tail =
         "\x01"
         "2005-03-12 07:52:14\x02";
+    const Texts& feed = SampleFeed();
     const std::size_t expected = Joined(feed).size() + feed.size() * tail.size();
-    const std::string received = receiver.Receive(expected);
+    const std::string received = Replayed(program, std::move(listener), expected);
     EXPECT_TRUE(received.starts_with(feed[0] + tail)) << received.substr(0, 400);
     const auto check = tools::CheckFeed(feed, received);
     EXPECT_EQ(check.records, feed.size());
     EXPECT_EQ(check.bytes, expected);
-    EXPECT_EQ(Log(), "");
 }
 
-TEST_F(Replay, AServerServesThePeerThatCalls)
+TEST(Replay, EachRecordIsOneDatagram)
 {
-    const std::uint16_t port = Peer::Listening().Port();
-    Start("TCP", "Listen", "127.0.0.1", port);
-    Peer receiver = Peer::ConnectTo(port);
-    EXPECT_TRUE(WaitFor([&] { return StatusHas("  Connected to IP 127.0.0.1  on Port "); }));
-    Click(Window().cmdPlay);
-    EXPECT_TRUE(WaitFor([&] { return IsComplete(); }));
-    EXPECT_EQ(receiver.Receive(Joined(feed).size()), Joined(feed));
-    EXPECT_EQ(Log(), "");
-}
-
-TEST_F(Replay, EachRecordIsOneUdpDatagram)
-{
-    ExpectDatagrams("UDP", "127.0.0.1", Peer::Datagrams());
-}
-
-TEST_F(Replay, EachRecordIsOneDatagramToAGroup)
-{
-    ExpectDatagrams("MCAST", "239.1.2.3", Peer::InGroup("239.1.2.3"));
-}
-
-TEST_F(Replay, ANobodyThatListensIsReportedAndTheReplayStops)
-{
-    const std::uint16_t port = Peer::Listening().Port();
-    Start("TCP", "Connect", "127.0.0.1", port);
-    Click(Window().cmdPlay);
-    EXPECT_TRUE(WaitFor([&] { return StatusHas(" Error with Winsock State: 0"); }));
-    EXPECT_NE(Log().find("|10061|"), std::string::npos) << Log();
-    EXPECT_EQ(Window().DataViewList.SelectedText(), "");
+    struct Case {
+        const char* protocol;
+        const char* address;
+        Peer receiver;
+    };
+    Case cases[] = {{"UDP", "127.0.0.1", Peer::Datagrams()},
+                    {"MCAST", "239.1.2.3", Peer::InGroup("239.1.2.3")}};
+    for (auto& [protocol, address, receiver] : cases) {
+        RunningProgram program(
+            {.protocol = protocol, .address = address, .port = receiver.PortText(), .database = kMdb});
+        EXPECT_TRUE(program.ReportsStart());
+        program.Play("1");
+        for (const std::string& record : SampleFeed())
+            ASSERT_EQ(receiver.ReceiveDatagram(), record);
+        EXPECT_TRUE(program.Reports({"  File Complete"}));
+        EXPECT_FALSE(receiver.HasDatagram());
+    }
 }
 
 }  // namespace

@@ -54,9 +54,9 @@ Peer Peer::ConnectTo(std::uint16_t port, const std::string& address)
     return Peer(std::move(socket));
 }
 
-Peer Peer::Listening(const std::string& address)
+Peer Peer::Listening(const std::string& address, std::uint16_t port)
 {
-    FileDescriptor socket = OpenBound(SOCK_STREAM, address, 0, false);
+    FileDescriptor socket = OpenBound(SOCK_STREAM, address, port, port != 0);
     EXPECT_EQ(0, ::listen(socket.Number(), SOMAXCONN));
     return Peer(std::move(socket));
 }

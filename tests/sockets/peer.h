@@ -17,8 +17,8 @@ class Peer {
 public:
     /// A TCP connection to a port of this machine, at an address in digits.
     [[nodiscard]] static Peer ConnectTo(std::uint16_t port, const std::string& address = "127.0.0.1");
-    /// A TCP socket that waits at any free port.
-    [[nodiscard]] static Peer Listening(const std::string& address = "127.0.0.1");
+    /// A TCP socket that waits at a port, 0 being any free one.
+    [[nodiscard]] static Peer Listening(const std::string& address = "127.0.0.1", std::uint16_t port = 0);
     /// A UDP socket at a port, which it may share.
     [[nodiscard]] static Peer Datagrams(const std::string& address = "127.0.0.1", std::uint16_t port = 0,
                                         bool shares = false);

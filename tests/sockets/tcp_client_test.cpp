@@ -40,20 +40,6 @@ TEST_F(TcpClientTest, ARefusedConnectionIsAnErrorAndLeavesTheControlInError)
     EXPECT_EQ(WinsockControl::kClosed, socket.State());
 }
 
-TEST_F(TcpClientTest, AnErrorHandlerMayConnectAgainAtOnce)
-{
-    Peer listening = Peer::Listening();
-    const std::string nobody = Peer::Datagrams().PortText();
-    int attempts = 0;
-    socket.OnError = [&](int, const std::string&) {
-        socket.Close();
-        socket.Connect("127.0.0.1", ++attempts < 100 ? nobody : listening.PortText());
-    };
-    socket.Connect("127.0.0.1", nobody);
-    EXPECT_TRUE(Happens("connect"));
-    EXPECT_EQ(100, attempts);
-}
-
 TEST_F(TcpClientTest, WhatTheNetworkRefusesAtOnceIsStillAnEvent)
 {
     socket.Connect("255.255.255.255", "5015");

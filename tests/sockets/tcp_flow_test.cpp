@@ -30,23 +30,6 @@ protected:
     int refusal = 0;
 };
 
-TEST_F(TcpFlowTest, APeerThatStopsReadingFillsTheQueueToItsLimitAndLosesNothing)
-{
-    constexpr std::size_t kLimit = 64 * kMegabyte;
-    constexpr std::size_t kMostInSystem = 40 * kMegabyte;
-    Peer peer = ConnectedPeer();
-    std::string accepted = SendUntilRefused();
-    EXPECT_EQ(failure::kSocketWouldBlock, refusal);
-    EXPECT_GE(accepted.size(), kLimit);
-    EXPECT_LE(accepted.size(), kLimit + kMostInSystem);
-
-    const std::string begun = peer.Receive(8 * kMegabyte);
-    accepted += SendUntilRefused();
-    EXPECT_TRUE(begun + peer.Receive(accepted.size() - begun.size()) == accepted);
-    EXPECT_EQ(WinsockControl::kConnected, socket.State());
-    EXPECT_EQ(Events{}, events);
-}
-
 TEST_F(TcpFlowTest, CloseStillHandsOverWhatWasAcceptedToASlowPeerThatTalks)
 {
     constexpr int kMostSteps = 1000;
@@ -80,15 +63,6 @@ TEST_F(TcpFlowTest, TheLimitHoldsForClosedConnectionsAndTheNextOneTogether)
     former.Reset();
     EXPECT_TRUE(peer.Receive(accepted.size()) == accepted);
     EXPECT_GE(SendUntilRefused().size(), 64 * kMegabyte);
-}
-
-TEST_F(TcpFlowTest, APeerThatEndsItsSideGetsWhatIsUnderWay)
-{
-    Peer peer = ConnectedPeer();
-    const std::string accepted = SendUntilRefused();
-    peer.EndSending();
-    ASSERT_TRUE(Happens("close"));
-    EXPECT_TRUE(peer.ReceiveAll() == accepted);
 }
 
 TEST_F(TcpFlowTest, AFloodIsTakenInBoundedPiecesBetweenWhichTheLoopGoesOn)

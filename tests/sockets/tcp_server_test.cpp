@@ -65,14 +65,6 @@ TEST_F(TcpServerTest, ARequestIsGoodOnceAndOnlyInItsHandler)
               failures);
 }
 
-TEST_F(TcpServerTest, APortThatIsTakenIsAFailureAndLeavesTheControlClosed)
-{
-    const Peer other = Peer::Listening();
-    socket.SetLocalPort(other.Port());
-    EXPECT_EQ(failure::kAddressInUse, FailureOf([&] { socket.Listen(); }));
-    EXPECT_EQ(WinsockControl::kClosed, socket.State());
-}
-
 TEST_F(TcpServerTest, APeerThatResetsBeforeItIsServedIsAnError)
 {
     const std::uint16_t port = Listen();

@@ -40,35 +40,6 @@ TEST_F(UdpTest, AHostNameIsLookedUpFirst)
     EXPECT_TRUE(Happens("error 11001"));
 }
 
-TEST_F(UdpTest, OnlyARecordLongerThanADatagramIsRefused)
-{
-    constexpr std::size_t kLongest = 65507;
-    Peer receiver = Peer::Datagrams();
-    socket.Connect("127.0.0.1", receiver.PortText());
-    EXPECT_EQ(failure::kMessageTooLong, FailureOf([&] { socket.SendData(std::string(kLongest + 1, 'x')); }));
-    socket.SendData(std::string(kLongest, 'x'));
-    EXPECT_EQ(std::string(kLongest, 'x'), receiver.ReceiveDatagram());
-}
-
-TEST_F(UdpTest, AReceiverThatStartsLateGetsEveryLaterRecord)
-{
-    std::uint16_t port = 0;
-    {
-        port = Peer::Datagrams().Port();
-    }
-    socket.Connect("127.0.0.1", std::to_string(port));
-    for (int record = 0; record < 3; ++record) {
-        socket.SendData("to nobody");
-        EXPECT_TRUE(ComesToRest());
-    }
-    Peer receiver = Peer::Datagrams("127.0.0.1", port);
-    for (const char* record : {"first", "second"}) {
-        socket.SendData(record);
-        EXPECT_EQ(record, receiver.ReceiveDatagram());
-    }
-    EXPECT_EQ(Events{}, events);
-}
-
 TEST_F(UdpTest, AReceiverThatSaysHelloGetsTheFeed)
 {
     socket.Listen();

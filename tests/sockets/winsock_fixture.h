@@ -2,35 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/event_gate.h"
 #include "platform/failure_numbers.h"
-#include "platform/regional_formats.h"
+#include "platform/memory/clock_and_formats.h"
 #include "platform/sockets/winsock.h"
 #include "sockets/event_loop.h"
 #include "sockets/peer.h"
 
 namespace platform::sockets {
-
-/// Numbers with a decimal point; the controls use nothing else.
-class PointFormats final : public RegionalFormats {
-public:
-    std::string LongTime(DateTime) const override { return {}; }
-    std::string ShortDate(DateTime) const override { return {}; }
-    std::string DecimalSign() const override { return "."; }
-    std::optional<DateTime> DateOrTime(std::string_view) const override { return std::nullopt; }
-    std::optional<double> Number(std::string_view text) const override
-    {
-        const std::string copy(text);
-        char* end = nullptr;
-        const double number = std::strtod(copy.c_str(), &end);
-        return copy.empty() || *end != '\0' ? std::nullopt : std::optional(number);
-    }
-};
 
 /// The number of the Failure that a call throws; 0 for none.
 template <class Call>
@@ -92,7 +74,7 @@ protected:
     }
 
     EventGate gate;
-    PointFormats formats;
+    memory::PlainFormats formats;
     Winsock socket{gate, formats};
     Events events;
     std::int16_t stateInError = -1;

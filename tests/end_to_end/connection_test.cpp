@@ -1,0 +1,229 @@
+#include "end_to_end/running_program.h"
+#include "sockets/event_loop.h"
+#include "sockets/fresh_network.h"
+
+/// What becomes of a connection, and what the operator reads about it.
+namespace {
+
+using platform::sockets::FreshNetwork;
+using platform::sockets::OpenDescriptors;
+using platform::sockets::Peer;
+using platform::sockets::WaitFor;
+
+constexpr std::uint16_t kPort = 5015;
+constexpr const char* kGroup = "239.1.2.3";
+
+const Settings kServer = {.role = "Listen"};
+const std::string kConnected = "  Connected to IP 127.0.0.1  ";
+const std::string kAccepted = "  Connected to IP 127.0.0.1  on Port 5015  ";
+const std::string kListening = "  Listening on Port 5015  ";
+const std::string kListeningAgain = "  Listening on Port 5015";  // after an error
+const std::string kClosed = "  Connection Closed";
+const std::string kLost = "  Error Occured... Connection Lost";
+const std::string kReconnecting = "  Reconnecting to IP 127.0.0.1  ";
+const std::string kSaved = "  Settings saved";
+const std::string kReset = "10054|frmConnect.WinsockConnect.Error";
+const std::string kRefused = "10061|frmConnect.WinsockConnect.Error";
+const std::string kNoPeer = "40006|frmConnect.tmrSendData";
+
+Peer ListeningPeer()
+{
+    return Peer::Listening("127.0.0.1", kPort);
+}
+
+Peer ServedPeer(RunningProgram& program)
+{
+    Peer peer = Peer::ConnectTo(kPort);
+    EXPECT_TRUE(program.Reports({kAccepted}));
+    return peer;
+}
+
+TEST(ClientConnection, TheTickAfterAPeerHasClosedReportsItOrConnectsAnew)
+{
+    const Texts stopped = {kClosed, " Error with Winsock State: 0"};
+    const Texts regained = {kClosed, "   Connecting to ", kConnected, "  File Complete"};
+    for (const bool reconnects : {false, true}) {
+        Peer listener = ListeningPeer();
+        RunningProgram program({.reconnect = reconnects ? "YES" : "NO"});
+        Peer first = program.Connect(listener);
+        program.SendRecords(1);
+        EXPECT_EQ(first.Receive(3), "one");
+        first.Close();
+        program.Play("50");
+        EXPECT_TRUE(program.Reports(reconnects ? regained : stopped));
+        EXPECT_EQ(program.RecordsShown(), reconnects ? 3 : 1);
+        if (reconnects) {
+            Peer second = listener.Accepted();
+            EXPECT_EQ(second.Receive(8), "twothree");
+        }
+    }
+}
+
+TEST(ClientConnection, AResetIsRecordedAndWithReconnectFollowedByOneAttempt)
+{
+    const Texts lost = {kLost, kSaved, kReset};
+    const Texts regained = {kLost, kReconnecting, kSaved, kConnected, kReset};
+    for (const bool reconnects : {false, true}) {
+        Peer listener = ListeningPeer();
+        RunningProgram program({.reconnect = reconnects ? "YES" : "NO"});
+        Peer peer = program.Connect(listener);
+        program.SendRecords(1);
+        peer.Reset();
+        EXPECT_TRUE(program.Reports(reconnects ? regained : lost));
+        if (reconnects) {
+            Peer second = listener.Accepted();
+            program.SendRecords(2);
+            EXPECT_EQ(second.Receive(8), "twothree");
+        }
+    }
+}
+
+TEST(ClientConnection, NobodyWhoListensIsReportedOnceWithoutReconnect)
+{
+    RunningProgram program({});
+    EXPECT_TRUE(program.ReportsStart());
+    program.Play("50");
+    EXPECT_TRUE(program.Reports({kLost, kSaved, " Error with Winsock State: 0", kRefused}));
+    EXPECT_EQ(program.RecordsShown(), 0);
+}
+
+TEST(ClientConnection, AttemptsFollowEachOtherUntilOneSucceedsOrTheOperatorEndsThem)
+{
+    for (const bool succeeds : {false, true}) {
+        RunningProgram program({.reconnect = "YES"});
+        EXPECT_TRUE(program.ReportsStart());
+        program.Play();
+        EXPECT_TRUE(WaitFor([&] { return program.LinesWaiting() >= 30; }));
+        const int attempts = program.LinesWaiting() / 3 + 1;  // the last of them is under way
+        Texts expected;
+        for (int attempt = 0; attempt < attempts; ++attempt)
+            expected.insert(expected.end(), {kLost, kReconnecting, kSaved});
+        std::optional<Peer> listener;
+        if (succeeds) {
+            listener = ListeningPeer();
+            expected.push_back(kConnected);
+        } else {
+            program.Window().chkReconnect.SetValue(0);
+            expected.insert(expected.end(), {kLost, kSaved});
+        }
+        const int refused = succeeds ? attempts : attempts + 1;
+        expected.insert(expected.end(), static_cast<std::size_t>(refused), kRefused);
+        EXPECT_TRUE(program.Reports(expected));
+    }
+}
+
+TEST(ServerConnection, ServesOnePeerAfterTheOtherHoweverTheyLeave)
+{
+    RunningProgram program(kServer);
+    EXPECT_TRUE(program.ReportsStart({kListening}));
+    Peer first = ServedPeer(program);
+    program.SendRecords(1);
+    EXPECT_EQ(first.Receive(3), "one");
+    EXPECT_EQ(Peer::ConnectTo(kPort).ReceiveAll(), "");  // refused: nobody listens now
+    EXPECT_TRUE(program.Reports({}));
+    first.Close();
+    EXPECT_TRUE(program.Reports({kClosed, kListening}));
+
+    Peer second = ServedPeer(program);
+    program.SendRecords(1);
+    EXPECT_EQ(second.Receive(3), "two");
+    second.Reset();
+    EXPECT_TRUE(program.Reports({kLost, kListeningAgain, kSaved, kReset}));
+
+    Peer third = ServedPeer(program);
+    program.SendRecords(1);
+    EXPECT_EQ(third.Receive(5), "three");
+}
+
+TEST(ServerConnection, ARecordWithoutAPeerIsConsumedAndRecorded)
+{
+    RunningProgram program(kServer);
+    EXPECT_TRUE(program.ReportsStart({kListening}));
+    program.Play("1");
+    EXPECT_TRUE(program.Reports({kListening, kListening, "  File Complete", kNoPeer, kNoPeer, kNoPeer}));
+    EXPECT_EQ(program.RecordsShown(), 3);
+}
+
+TEST(ServerConnection, APortThatIsTakenFailsEachWhoListens)
+{
+    std::optional<Peer> other = ListeningPeer();
+    RunningProgram program(kServer);
+    EXPECT_TRUE(program.ReportsStart({"10048|frmConnect.SetWinsockSettings"}));
+    program.Play();
+    EXPECT_TRUE(program.Reports({"10048|frmConnect.SetWinsockSettings", "10048|frmConnect.cmdPlayPause"}));
+    other.reset();
+    program.Play();
+    EXPECT_TRUE(program.Reports({kListening, kListening}));
+
+    Peer peer = ServedPeer(program);
+    other = ListeningPeer();
+    peer.Close();
+    EXPECT_TRUE(program.Reports({kClosed, kListening, " Error in Closing Winsock Connection",
+                                 "10048|frmConnect.WinsockConnect.Close"}));
+
+    other.reset();
+    program.Play();
+    EXPECT_TRUE(program.Reports({kListening, kListening}));
+    peer = ServedPeer(program);
+    other = ListeningPeer();
+    peer.Reset();
+    EXPECT_TRUE(
+        program.Reports({kLost, kListeningAgain, kSaved, kReset, "10048|frmConnect.WinsockConnect.Error"}));
+}
+
+TEST(ServerConnection, PeersComeAndGoAThousandTimesWithoutLeavingAnythingBehind)
+{
+    RunningProgram program(kServer);
+    EXPECT_TRUE(program.ReportsStart({kListening}));
+    const std::size_t before = OpenDescriptors();
+    for (int time = 0; time < 1000; ++time) {
+        Peer peer = Peer::ConnectTo(kPort);
+        ASSERT_TRUE(WaitFor([&] { return program.LinesWaiting() == 1; }));
+        peer.Close();
+        ASSERT_TRUE(program.Reports({kAccepted, kClosed, kListening}));
+    }
+    EXPECT_TRUE(WaitFor([&] { return OpenDescriptors() == before; }))
+        << OpenDescriptors() << " from " << before;
+}
+
+TEST(DatagramConnection, AReceiverThatStartsLateGetsTheLaterRecords)
+{
+    RunningProgram program({.protocol = "UDP"});
+    EXPECT_TRUE(program.ReportsStart());
+    program.SendRecords(2);
+    Peer receiver = Peer::Datagrams("127.0.0.1", kPort);
+    program.SendRecords(1);
+    EXPECT_EQ(receiver.ReceiveDatagram(), "three");
+}
+
+TEST(DatagramConnection, AReceiverThatSaysHelloGetsTheFeed)
+{
+    RunningProgram program({.protocol = "UDP", .role = "Listen"});
+    EXPECT_TRUE(program.ReportsStart({kListening}));
+    program.SendRecords(1);
+    EXPECT_TRUE(program.Reports({kListening, kListening, kNoPeer}));
+    Peer receiver = Peer::Datagrams();
+    receiver.SendTo(kPort, "hello");
+    EXPECT_TRUE(WaitFor([&] { return !program.Window().txtHeartbeat.Text().empty(); }));
+    program.SendRecords(2);
+    EXPECT_EQ(receiver.ReceiveDatagram(), "two");
+    EXPECT_EQ(receiver.ReceiveDatagram(), "three");
+    EXPECT_TRUE(program.Reports({kListening, kListening}));
+}
+
+TEST(GroupConnection, WhatTheNetworkRefusesClosesTheGroupUnlessReconnectOpensItAnew)
+{
+    const std::string refused = " Error on Multicast Sock on 239.1.2.3 : 5015";
+    for (const bool reconnects : {false, true}) {
+        const FreshNetwork network;
+        RunningProgram program(
+            {.protocol = "MCAST", .address = kGroup, .reconnect = reconnects ? "YES" : "NO"});
+        EXPECT_TRUE(program.ReportsStart());
+        program.SendRecords(1);
+        EXPECT_TRUE(program.Reports({refused}));
+        program.SendRecords(1);
+        EXPECT_TRUE(program.Reports({reconnects ? refused : kNoPeer}));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,124 @@
+#include "end_to_end/running_program.h"
+
+#include <QTest>
+#include <numeric>
+#include <sstream>
+
+#include "make_database/database_writer.h"
+#include "sockets/event_loop.h"
+
+using platform::sockets::ComesToRest;
+using platform::sockets::WaitFor;
+
+namespace {
+
+constexpr std::size_t kTimeOfDay = 8;  // 15:07:09
+
+std::string DatabaseOf(const Texts& records)
+{
+    std::vector<tools::Receipt> receipts;
+    for (const std::string& text : records)
+        receipts.push_back({.ref = static_cast<std::int32_t>(receipts.size()),
+                            .rawtransaction = text,
+                            .timestamp = 38423.5,
+                            .datetimestamp = 38423.5});
+    const tools::Bytes bytes = tools::DatabaseBytes(receipts);
+    return {bytes.begin(), bytes.end()};
+}
+
+}  // namespace
+
+RunningProgram::RunningProgram(const Settings& settings, const Texts& records)
+{
+    Fill(folder_.Path("receipts.mdb"), DatabaseOf(records));
+    Fill(folder_.Path("Config.ini"),
+         "[Timer]\r\nInterval=" + settings.interval + "\r\n[TCP/IP Settings]\r\nIpAddress=" +
+             settings.address + "\r\nPortNumber=" + settings.port + "\r\nConnect=" + settings.role +
+             "\r\nProtocol=" + settings.protocol + "\r\nReconnect=" + settings.reconnect +
+             "\r\n[Database File]\r\nFilePath=" + settings.database + "\r\n");
+    trellivan_.Start();
+}
+
+RunningProgram::~RunningProgram()
+{
+    EXPECT_EQ(TakeReports(), Texts{}) << "was reported besides";
+}
+
+platform::sockets::Peer RunningProgram::Connect(platform::sockets::Peer& listener)
+{
+    EXPECT_TRUE(ReportsStart());
+    Play();
+    EXPECT_TRUE(Reports({"  Connected to IP 127.0.0.1  "}));
+    return listener.Accepted();
+}
+
+void RunningProgram::Play(const std::string& interval)
+{
+    Window().txtTimerInterval.SetText(interval);
+    Click(Window().cmdPlay);
+}
+
+void RunningProgram::SendRecords(int count)
+{
+    const int shown = RecordsShown() + count;
+    Play("1");
+    EXPECT_TRUE(WaitFor([&] { return RecordsShown() == shown; })) << RecordsShown() << " records shown";
+    Click(Window().cmdPause);
+}
+
+void RunningProgram::Click(QAbstractButton& button)
+{
+    QTest::mouseClick(&button, Qt::LeftButton);
+}
+
+testing::AssertionResult RunningProgram::Reports(const Texts& expected)
+{
+    const bool came = WaitFor(
+        [&] { return static_cast<std::size_t>(LinesWaiting()) + RecordsWaiting() >= expected.size(); });
+    const bool rests = ComesToRest();
+    const Texts reported = TakeReports();
+    if (came && rests && reported == expected)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "reported " << testing::PrintToString(reported) << "\nexpected "
+                                       << testing::PrintToString(expected) << (rests ? "" : "\nwithout end");
+}
+
+testing::AssertionResult RunningProgram::ReportsStart(const Texts& expected)
+{
+    Texts all = {"  Database Initialized"};
+    all.insert(all.end(), expected.begin(), expected.end());
+    return Reports(all);
+}
+
+Texts RunningProgram::Records() const
+{
+    Texts records;
+    std::istringstream log(Content(folder_.Path("Trellivan Error.log")));
+    for (std::string line; std::getline(log, line, '\n');) {
+        const auto number = line.find('|') + 1;
+        const auto procedure = line.rfind('|');
+        records.push_back(line.substr(number, line.find('|', number) - number) +
+                          line.substr(procedure, line.size() - procedure - 1));
+    }
+    return records;
+}
+
+Texts RunningProgram::TakeReports()
+{
+    Texts reports;
+    auto& list = Window().lstStatus;
+    for (const int last = list.SelectedLine(); linesTaken_ <= last; ++linesTaken_) {
+        list.SetListIndex(static_cast<std::int16_t>(linesTaken_));
+        reports.push_back(list.SelectedText().substr(kTimeOfDay));
+    }
+    const Texts records = Records();
+    reports.insert(reports.end(), records.begin() + static_cast<std::ptrdiff_t>(recordsTaken_),
+                   records.end());
+    recordsTaken_ = records.size();
+    return reports;
+}
+
+std::string Joined(const Texts& texts)
+{
+    return std::accumulate(texts.begin(), texts.end(), std::string());
+}
