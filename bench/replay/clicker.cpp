@@ -13,6 +13,7 @@ constexpr std::chrono::milliseconds kBetweenClicks{20};
 
 Clicker::Clicker(QAbstractButton& button)
     : button_(button),
+      mouse_(QPointingDevice::primaryPointingDevice()),
       // The button's own handler was connected earlier, so it has run.
       handled_(QObject::connect(&button, &QAbstractButton::clicked, [this] { Handled(); })),
       thread_([this] {
@@ -38,7 +39,8 @@ void Clicker::Click()
 {
     const QPointF inside(5, 5);
     const auto event = [&](QEvent::Type type, Qt::MouseButtons buttons) {
-        return std::make_unique<QMouseEvent>(type, inside, inside, Qt::LeftButton, buttons, Qt::NoModifier);
+        return std::make_unique<QMouseEvent>(type, inside, inside, Qt::LeftButton, buttons, Qt::NoModifier,
+                                             mouse_);
     };
     auto press = event(QEvent::MouseButtonPress, Qt::LeftButton);
     auto release = event(QEvent::MouseButtonRelease, Qt::NoButton);

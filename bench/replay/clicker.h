@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QPointingDevice>
 #include <atomic>
 #include <chrono>
 #include <deque>
@@ -31,6 +32,7 @@ private:
     void Handled();
 
     QAbstractButton& button_;
+    const QPointingDevice* mouse_;
     QMetaObject::Connection handled_;
     std::mutex mutex_;
     std::deque<std::chrono::steady_clock::time_point> posted_;

@@ -18,9 +18,9 @@ using std::chrono::seconds;
 void Print(const char* sender, Protocol protocol, milliseconds interval, const Receiver::Arrivals& arrivals,
            const std::string& usage)
 {
-    if (arrivals.size() < 2) {
-        std::printf("%-5s %3d ms  %-7s  nothing received\n", NameOf(protocol),
-                    static_cast<int>(interval.count()), sender);
+    if (arrivals.size() < 10) {
+        std::printf("%-5s %3d ms  %-7s  %zu records received\n", NameOf(protocol),
+                    static_cast<int>(interval.count()), sender, arrivals.size());
         return;
     }
     const PaceFigures figures = FiguresOf(arrivals, interval);

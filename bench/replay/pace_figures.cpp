@@ -11,6 +11,11 @@ namespace {
 
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
+double Median(const double* begin, std::size_t count)
+{
+    return Percentile(std::vector(begin, begin + count), 0.5);
+}
+
 }  // namespace
 
 PaceFigures FiguresOf(const std::vector<std::chrono::steady_clock::time_point>& arrivals,
@@ -29,12 +34,13 @@ PaceFigures FiguresOf(const std::vector<std::chrono::steady_clock::time_point>& 
     for (double& value : lateness)
         value -= earliest;
 
-    const Milliseconds whole = arrivals.back() - arrivals.front();
-    const auto received = static_cast<long>(gaps.size());
-    const long expected = std::lround(whole / period);
-    return {.recordsPerSecond = static_cast<double>(received) / std::chrono::duration<double>(whole).count(),
-            .meanErrorPercent = (whole / period / static_cast<double>(received) - 1) * 100,
-            .lostTicks = expected - received,
+    const std::size_t tenth = lateness.size() / 10;
+    const std::size_t apart = lateness.size() - tenth;
+    const double drift = Median(lateness.data() + apart, tenth) - Median(lateness.data(), tenth);
+    const double meanError = drift / (static_cast<double>(apart) * period.count());
+    return {.recordsPerSecond = 1000 / (period.count() * (1 + meanError)),
+            .meanErrorPercent = meanError * 100,
+            .lostTicks = std::lround(drift / period.count()),
             .lateness50 = Percentile(lateness, 0.5),
             .lateness99 = Percentile(lateness, 0.99),
             .lateness999 = Percentile(lateness, 0.999),
