@@ -1,6 +1,7 @@
 #include "platform/qt/text.h"
 
 #include <QStringDecoder>
+#include <algorithm>
 
 #include "platform/ansi_code_page.h"
 
@@ -48,12 +49,12 @@ std::string FromQt(const QString& text)
 QString VisibleText(std::string_view utf8, std::size_t mostCharacters)
 {
     QString visible;
+    visible.reserve(static_cast<qsizetype>(std::min(utf8.size(), mostCharacters)));
     for (; !utf8.empty() && mostCharacters > 0; --mostCharacters) {
         const char32_t character = TakeCharacter(utf8);
         if (character == U'\r' && utf8.starts_with('\n'))
             utf8.remove_prefix(1);
-        const char32_t shown = Visible(character);
-        visible += QString::fromUcs4(&shown, 1);
+        visible += QChar::fromUcs4(Visible(character));
     }
     return visible;
 }
