@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -66,9 +67,9 @@ private:
     [[nodiscard]] Unsigned Number(std::size_t at) const
     {
         Require(at, sizeof(Unsigned));
+        static_assert(std::endian::native == std::endian::little);
         Unsigned number = 0;
-        for (std::size_t i = sizeof(Unsigned); i-- > 0;)
-            number = static_cast<Unsigned>(std::uint64_t{number} << 8 | bytes_[at + i]);
+        std::memcpy(&number, bytes_.data() + at, sizeof number);
         return number;
     }
 

@@ -80,19 +80,22 @@ std::uint16_t DataPage::OffsetField(std::size_t row) const
 
 StoredRow FetchRow(const PageFile& file, RowPosition position, std::uint32_t owner)
 {
-    return FetchRow(file, OwnedPage(file, position, owner), position);
+    std::optional<StoredRow> stored = RowPlacedAt(file, OwnedPage(file, position, owner), position.Row());
+    if (!stored)
+        NoRowAt(position);
+    return *std::move(stored);
 }
 
-StoredRow FetchRow(const PageFile& file, const DataPage& page, RowPosition position)
+std::optional<StoredRow> RowPlacedAt(const PageFile& file, const DataPage& page, std::size_t row)
 {
-    const Slot slot = page.SlotAt(position.Row());
+    const Slot slot = page.SlotAt(row);
     switch (slot.kind) {
         case SlotKind::kRow:
-            return {page.Underlying(), slot.bytes};
+            return StoredRow{page.Underlying(), slot.bytes};
         case SlotKind::kPointer:
             return FollowPointer(file, slot, page.Owner());
         default:
-            NoRowAt(position);
+            return std::nullopt;
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/jet/byte_view.h"
 #include "platform/jet/page_file.h"
@@ -56,7 +57,9 @@ struct StoredRow {
 /// there is no such row.
 [[nodiscard]] StoredRow FetchRow(const PageFile& file, RowPosition position, std::uint32_t owner);
 
-/// FetchRow for a page at hand, which must be the position's own.
-[[nodiscard]] StoredRow FetchRow(const PageFile& file, const DataPage& page, RowPosition position);
+/// The row that has its place on a page, wherever it has moved since; nothing where the place holds no row of
+/// its own. Throws Damage.
+[[nodiscard]] std::optional<StoredRow> RowPlacedAt(const PageFile& file, const DataPage& page,
+                                                   std::size_t row);
 
 }  // namespace platform::jet

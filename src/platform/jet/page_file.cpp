@@ -69,9 +69,10 @@ std::vector<std::uint8_t> PageFile::LoadPage(std::uint32_t number) const
 
 void PageFile::FillWindow(std::uint32_t number) const
 {
-    // Going forward through the file, more pages are read at a time; jumping about, one.
+    // Going forward through the file, more pages are read at a time; jumping about, one. What is skipped
+    // must stay less than what was of use, or reading ahead would copy more than it saves.
     const std::uint32_t end = window_.first + window_.count;
-    const bool goesForward = window_.count > 0 && number >= end && number - end < kMostPagesAhead;
+    const bool goesForward = window_.count > 0 && number >= end && number - end < window_.count;
     const std::uint32_t count = goesForward ? std::min(2 * window_.count, kMostPagesAhead) : 1;
     const std::size_t size = PageLayout().pageSize;
     window_.bytes.resize(count * size);

@@ -1,72 +1,65 @@
 #include "platform/jet/sorted_order.h"
 
 #include <algorithm>
-#include <optional>
+#include <span>
 #include <string>
+#include <utility>
 
+#include "platform/jet/number_entry.h"
 #include "platform/jet/sort_key.h"
 #include "platform/jet/table_scan.h"
 
 namespace platform::jet {
 namespace {
 
-/// A number's key in two halves, so that an entry takes no more than 12 bytes.
-class HalvedKey {
+class ByteEntry {
 public:
-    explicit HalvedKey(std::uint64_t key)
-        : high_(static_cast<std::uint32_t>(key >> 32)), low_(static_cast<std::uint32_t>(key))
-    {}
-    bool operator==(const HalvedKey&) const = default;
-    bool operator<(const HalvedKey& other) const { return Whole() < other.Whole(); }
+    ByteEntry(std::string key, RowPosition position) : key_(std::move(key)), position_(position) {}
+
+    [[nodiscard]] RowPosition Position() const { return position_; }
+
+    /// The position decides between equal keys.
+    bool operator<(const ByteEntry& other) const
+    {
+        return key_ == other.key_ ? position_ < other.position_ : key_ < other.key_;
+    }
 
 private:
-    [[nodiscard]] std::uint64_t Whole() const { return std::uint64_t{high_} << 32 | low_; }
-
-    std::uint32_t high_;
-    std::uint32_t low_;
+    std::string key_;
+    RowPosition position_;
 };
 
-template <class Key>
-struct Entry {
-    Key key;
-    RowPosition position;  // decides between equal keys
-
-    bool operator<(const Entry& other) const
-    {
-        return key == other.key ? position < other.position : key < other.key;
-    }
-};
+void SortEntries(std::span<ByteEntry> entries)
+{
+    std::sort(entries.begin(), entries.end());
+}
 
 /// `keyOf` gives a row's key, or nothing for null.
-template <class Key, class KeyOf>
+template <class Entry, class KeyOf>
 std::vector<RowPosition> Sorted(const PageFile& file, const TableDefinition& table, KeyOf keyOf)
 {
     std::vector<RowPosition> positions;
-    std::vector<Entry<Key>> entries;
+    std::vector<Entry> entries;
     entries.reserve(ExpectedRows(file, table));
     ForEachRow(file, table, [&](RowPosition position, const Row& row) {
-        if (std::optional<Key> key = keyOf(row))
-            entries.push_back({*std::move(key), position});
+        if (auto key = keyOf(row))
+            entries.emplace_back(*std::move(key), position);
         else
             positions.push_back(position);
     });
-    std::sort(entries.begin(), entries.end());
+    SortEntries(std::span(entries));
     positions.reserve(positions.size() + entries.size());
-    for (const Entry<Key>& entry : entries)
-        positions.push_back(entry.position);
+    for (const Entry& entry : entries)
+        positions.push_back(entry.Position());
     return positions;
 }
 
 std::vector<RowPosition> SortedByColumn(const PageFile& file, const TableDefinition& table,
                                         const Column& column)
 {
-    if (!IsOrderedByNumber(column.type))
-        return Sorted<std::string>(file, table,
-                                   [&](const Row& row) { return ByteSortKey(file, row, column); });
-    return Sorted<HalvedKey>(file, table, [&](const Row& row) -> std::optional<HalvedKey> {
-        const std::optional<std::uint64_t> key = NumberSortKey(row, column);
-        return key ? std::optional(HalvedKey(*key)) : std::nullopt;
-    });
+    if (IsOrderedByNumber(column.type))
+        return Sorted<NumberEntry>(file, table, [&](const Row& row) { return NumberSortKey(row, column); });
+    return Sorted<ByteEntry>(file, table, [&](const Row& row) { return ByteSortKey(file, row, column); });
 }
 
 }  // namespace

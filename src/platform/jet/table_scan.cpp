@@ -1,19 +1,13 @@
 #include "platform/jet/table_scan.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/jet/usage_map.h"
 
 namespace platform::jet {
-namespace {
-
-bool IsVisible(SlotKind kind)
-{
-    return kind == SlotKind::kRow || kind == SlotKind::kPointer;
-}
-
-}  // namespace
 
 void ForEachRow(const PageFile& file, const TableDefinition& table,
                 const std::function<void(RowPosition, const Row&)>& visit)
@@ -26,12 +20,10 @@ void ForEachRow(const PageFile& file, const TableDefinition& table,
             continue;
         if (page.RowCount() > kMostRowsOnPage)
             throw Damage("page " + std::to_string(number) + " has more rows than a page can have");
-        for (std::size_t i = 0; i < page.RowCount(); ++i) {
-            if (!IsVisible(page.SlotAt(i).kind))
-                continue;
-            const RowPosition position = PositionOf(number, static_cast<std::uint8_t>(i));
-            visit(position, Row(FetchRow(file, page, position), table, file.FileFormat()));
-        }
+        for (std::size_t i = 0; i < page.RowCount(); ++i)
+            if (std::optional<StoredRow> stored = RowPlacedAt(file, page, i))
+                visit(PositionOf(number, static_cast<std::uint8_t>(i)),
+                      Row(*std::move(stored), table, file.FileFormat()));
     }
 }
 
