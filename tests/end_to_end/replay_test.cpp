@@ -13,13 +13,10 @@ using platform::sockets::WaitFor;
 constexpr const char* kMdb = DATABASES_FOLDER "/shop_day.mdb";
 constexpr const char* kSdd = DATABASES_FOLDER "/shop_day.sdd";
 
-const Texts& SampleFeed()
+Texts SampleFeed()
 {
-    static const Texts feed = [] {
-        std::ifstream csv(SAMPLES_FOLDER "/shop_day.csv", std::ios::binary);
-        return tools::FeedOf(csv);
-    }();
-    return feed;
+    std::ifstream csv(SAMPLES_FOLDER "/shop_day.csv", std::ios::binary);
+    return tools::FeedOf(csv);
 }
 
 /// Gives what the receiver of a whole replay over TCP gets, this many bytes.
@@ -48,7 +45,7 @@ TEST(Replay, TransferTimePutsEachRecordedTimeBehindItsRecord)
     const std::string tail =
         "\x01"
         "2005-03-12 07:52:14\x02";
-    const Texts& feed = SampleFeed();
+    const Texts feed = SampleFeed();
     const std::size_t expected = Joined(feed).size() + feed.size() * tail.size();
     const std::string received = Replayed(program, std::move(listener), expected);
     EXPECT_TRUE(received.starts_with(feed[0] + tail)) << received.substr(0, 400);

@@ -34,10 +34,6 @@ TEST_F(UdpTest, AHostNameIsLookedUpFirst)
     EXPECT_TRUE(WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
     socket.SendData("record");
     EXPECT_EQ("record", receiver.ReceiveDatagram());
-    socket.Close();
-
-    socket.Connect("no.such.host.invalid", "5015");
-    EXPECT_TRUE(Happens("error 11001"));
 }
 
 TEST_F(UdpTest, AReceiverThatSaysHelloGetsTheFeed)
