@@ -5,7 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
-install_packages "${build_packages[@]}" "${run_packages[@]}" "${headless_packages[@]}" "${test_packages[@]}"
+install_packages "${build_packages[@]}" "${run_packages[@]}" "${headless_packages[@]}" "${test_packages[@]}" \
+    "${bench_packages[@]}"
 
 mapfile -t headers_and_sources < <(git ls-files '*.h' '*.cpp')
 mapfile -t sources < <(git ls-files 'src/*.cpp' 'tools/*.cpp')

@@ -55,6 +55,7 @@ long PeakKilobytesOf(const std::function<void()>& work)
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& words)
 {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
