@@ -34,7 +34,7 @@ public:
 
     void Measure(const char* name)
     {
-        constexpr auto kDuration = 5s;
+        constexpr auto kDuration = 3s;
         const std::size_t sentBefore = RecordsSent();
         const auto timeBefore = ThreadTime();
         Scene::Run(kDuration);

@@ -24,7 +24,7 @@ struct Outcome {
 /// that come. Anything else that is thrown goes through.
 inline Outcome ReadEverything(const std::string& bytes, const std::string& password)
 {
-    constexpr std::uint64_t kReadsForEachPage = 200;
+    constexpr std::uint64_t kReadsForEachPage = 4'000;
     const std::uint64_t mostReads = 20'000 + kReadsForEachPage * bytes.size() / kJet3Layout.pageSize;
     const auto source = [&] { return std::make_unique<MemorySource>(bytes, mostReads); };
 

@@ -1,6 +1,5 @@
 #include "platform/jet/table_scan.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -29,9 +28,9 @@ void ForEachRow(const PageFile& file, const TableDefinition& table,
 
 std::size_t ExpectedRows(const PageFile& file, const TableDefinition& table)
 {
-    constexpr std::size_t kSmallestRow = 4;
-    const std::uint64_t room = file.PageCount() * file.PageLayout().pageSize / kSmallestRow;
-    return std::min<std::uint64_t>(table.rowCount, room);
+    if (table.rowCount > file.PageCount() * kMostRowsOnPage)
+        throw Damage("a table counts more rows than the file can hold");
+    return table.rowCount;
 }
 
 }  // namespace platform::jet

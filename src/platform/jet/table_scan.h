@@ -15,7 +15,7 @@ namespace platform::jet {
 void ForEachRow(const PageFile& file, const TableDefinition& table,
                 const std::function<void(RowPosition, const Row&)>& visit);
 
-/// How many rows to make room for: as many as the definition says, but no more than the file can hold.
+/// How many rows to make room for. Throws Damage where the definition counts more than the file can hold.
 [[nodiscard]] std::size_t ExpectedRows(const PageFile& file, const TableDefinition& table);
 
 }  // namespace platform::jet
