@@ -79,6 +79,29 @@ TEST_F(MulticastTest, WithoutARouteTheLoopBackInterfaceCarriesTheRecord)
     EXPECT_EQ(kRecordText, member.ReceiveDatagram());
 }
 
+TEST_F(MulticastTest, WithoutARouteAnInterfaceThatCanMulticastIsPreferred)
+{
+    const FreshNetwork network;
+    FreshNetwork::BringLoopBackUp();
+    FreshNetwork::AddOutwardInterface();
+    Peer member = Peer::InGroup(kGroup, 0, "outward");
+    control.SendToGroup(kRecord, kGroup, member.Port());
+    EXPECT_EQ(kRecordText, member.ReceiveDatagram());
+}
+
+TEST_F(MulticastTest, ARouteThatComesUpLaterIsTaken)
+{
+    const FreshNetwork network;
+    FreshNetwork::BringLoopBackUp();
+    control.OpenGroup(kGroup, kPort);
+    control.SendToGroup(kRecord, kGroup, kPort);
+    FreshNetwork::AddOutwardInterface();
+    EXPECT_EQ(0, std::system("ip route add 224.0.0.0/4 dev outward"));
+    Peer member = Peer::InGroup(kGroup, 0, "outward");
+    control.SendToGroup(kRecord, kGroup, member.Port());
+    EXPECT_EQ(kRecordText, member.ReceiveDatagram());
+}
+
 TEST_F(MulticastTest, WhatTheNetworkRefusesIsAnEventUntilTheGroupIsClosed)
 {
     const FreshNetwork network;

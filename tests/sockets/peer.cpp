@@ -66,12 +66,12 @@ Peer Peer::Datagrams(const std::string& address, std::uint16_t port, bool shares
     return Peer(OpenBound(SOCK_DGRAM, address, port, shares));
 }
 
-Peer Peer::InGroup(const std::string& group, std::uint16_t port)
+Peer Peer::InGroup(const std::string& group, std::uint16_t port, const std::string& interface)
 {
     const SocketAddress address = AddressFromText(group).value();
     const bool isIPv4 = address.Family() == AF_INET;
     FileDescriptor socket = OpenBound(SOCK_DGRAM, isIPv4 ? "0.0.0.0" : "::", port, true);
-    const group_req request{.gr_interface = ::if_nametoindex("lo"), .gr_group = [&] {
+    const group_req request{.gr_interface = ::if_nametoindex(interface.c_str()), .gr_group = [&] {
                                 sockaddr_storage storage{};
                                 std::memcpy(&storage, address.Data(), address.Size());
                                 return storage;

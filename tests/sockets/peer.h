@@ -22,8 +22,9 @@ public:
     /// A UDP socket at a port, which it may share.
     [[nodiscard]] static Peer Datagrams(const std::string& address = "127.0.0.1", std::uint16_t port = 0,
                                         bool shares = false);
-    /// A UDP socket that has joined a group on the loop-back interface.
-    [[nodiscard]] static Peer InGroup(const std::string& group, std::uint16_t port = 0);
+    /// A UDP socket that has joined a group on an interface.
+    [[nodiscard]] static Peer InGroup(const std::string& group, std::uint16_t port = 0,
+                                      const std::string& interface = "lo");
 
     [[nodiscard]] std::uint16_t Port() const { return SocketAddress::OfSocket(socket_.Number()).Port(); }
     [[nodiscard]] std::string PortText() const { return std::to_string(Port()); }
