@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "app/mod_globals.h"
 #include "app/pending_failure.h"
@@ -18,6 +19,7 @@ namespace trellivan {
 
 /// The main window's logic: its state and the handler of every event, each implemented in the room whose
 /// concern it is. The constructor sets the handlers; after that Form_Load is the only call from outside.
+/// It is made of its controls, so that handlers and controls go by their names alone.
 ///
 /// Ownership: everything given is borrowed and must outlive this object; no event may arrive after it has
 ///            gone.

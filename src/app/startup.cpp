@@ -19,6 +19,7 @@ void frmConnect::Form_Load()  // continue
 
 void frmConnect::OpenTransport(PendingFailure& pending)
 {
+    // The list decides, not ProtocolName, which is still empty where no settings were found.
     if (pending.Test([&] { return platform::UpperCase(cboProtocol.Text()) == "MCAST"; }))
         pending.Step([&] { OpenMulticastGroup(); });
     else

@@ -54,6 +54,7 @@ void frmConnect::WinsockConnect_Error(int number, const std::string& description
     pending.Step([&] { WinsockConnect.Close(); });
     if (!IsClientRole()) {
         pending.Step([&] { WinsockConnect.Listen(); });
+        // Not ShowListening: the line that follows an error ends without blanks.
         pending.Step([&] { ShowStatus("  Listening on Port " + PortNumber); });
     } else if (ReconnectOn) {
         pending.Step([&] { ShowStatus("  Reconnecting to IP " + IPAddress + "  "); });
