@@ -66,7 +66,6 @@ private:
     void LoadChoice(const std::string& key, platform::DropDownList& list, std::string& variable);
     void SaveConfigSettings();
     void cmdApply_Click();
-    [[nodiscard]] std::string ReadSetting(const std::string& section, const std::string& key);
 
     // source
     void InitializeDB();

@@ -56,10 +56,8 @@ std::int32_t modGlobals::LogLineLimit()
 
 platform::DateTime modGlobals::LogAgeCutoff()
 {
-    IniValue days = std::string();
-    GetINIValue(ConfigFilePath_, kLogSection, "Error_Log_Days", days, value_kind::kText, kValueLength);
-    const auto number = formats_.Number(std::get<std::string>(days));
-    return number ? platform::MinusDays(clock_.Now(), *number) : kNoLogAgeLimit;
+    const auto days = formats_.Number(ReadINIText(kLogSection, "Error_Log_Days"));
+    return days ? platform::MinusDays(clock_.Now(), *days) : kNoLogAgeLimit;
 }
 
 std::string modGlobals::FullPath(const std::string& path) const

@@ -25,9 +25,8 @@ public:
     /// Fixes the paths, reads the error log's limits from the settings and trims the log. Once, at start.
     void GlobalsMain();
 
-    /// Full path of the settings file; empty until GlobalsMain has run, like the log's path.
+    /// Full path of the settings file; empty until GlobalsMain has run.
     [[nodiscard]] const std::string& ConfigFilePath() const { return ConfigFilePath_; }
-    [[nodiscard]] const std::string& ErrorLogFilePath() const { return ErrorLogFilePath_; }
 
     /// A path as given, or, where it is relative, the path in the executable's folder.
     [[nodiscard]] std::string FullPath(const std::string& path) const;
@@ -37,6 +36,9 @@ public:
     /// the most characters that are read.
     bool GetINIValue(const std::string& file, const std::string& section, const std::string& key,
                      IniValue& value, std::int32_t valueKind, std::int32_t length);
+
+    /// The text of one key of the settings file; empty where there is none.
+    [[nodiscard]] std::string ReadINIText(const std::string& section, const std::string& key);
 
     /// Writes one key of the settings file. A write that fails is not detected.
     void WriteINIValue(const std::string& section, const std::string& key, const std::string& value);

@@ -96,6 +96,13 @@ bool modGlobals::GetINIValue(const std::string& file, const std::string& section
     }
 }
 
+std::string modGlobals::ReadINIText(const std::string& section, const std::string& key)
+{
+    IniValue text = std::string();
+    GetINIValue(ConfigFilePath_, section, key, text, value_kind::kText, kValueLength);
+    return std::get<std::string>(text);
+}
+
 void modGlobals::WriteINIValue(const std::string& section, const std::string& key, const std::string& value)
 {
     profile_.WritePrivateProfileStringA(section, key, value, ConfigFilePath_);

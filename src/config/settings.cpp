@@ -1,6 +1,5 @@
 #include <limits>
 #include <string>
-#include <variant>
 
 #include "app/frm_connect.h"
 #include "platform/conversions.h"
@@ -37,7 +36,7 @@ void frmConnect::LoadConfigSettings()  // continue
 
 void frmConnect::LoadInterval(PendingFailure& pending)
 {
-    const std::string text = ReadSetting(kTimerSection, "Interval");
+    const std::string text = globals_.ReadINIText(kTimerSection, "Interval");
     const auto interval = AcceptedInterval(text);
     if (!interval || *interval < std::numeric_limits<std::int16_t>::min()) {
         Record(pending, "Timer Interval is incorrect: " + text,
@@ -52,7 +51,7 @@ void frmConnect::LoadInterval(PendingFailure& pending)
 void frmConnect::LoadText(PendingFailure& pending, const std::string& section, const std::string& key,
                           platform::TextBox& box, std::string& variable)
 {
-    const std::string text = ReadSetting(section, key);
+    const std::string text = globals_.ReadINIText(section, key);
     if (text.empty())
         return;
     pending.Step([&] { box.SetText(text); });
@@ -62,7 +61,7 @@ void frmConnect::LoadText(PendingFailure& pending, const std::string& section, c
 /// A text that the list refuses reaches the variable all the same, and leaves no record.
 void frmConnect::LoadChoice(const std::string& key, platform::DropDownList& list, std::string& variable)
 {
-    const std::string text = ReadSetting(kConnectionSection, key);
+    const std::string text = globals_.ReadINIText(kConnectionSection, key);
     if (text.empty())
         return;
     Recover([&] { list.SetText(text); });
@@ -71,7 +70,7 @@ void frmConnect::LoadChoice(const std::string& key, platform::DropDownList& list
 
 void frmConnect::LoadReconnect(PendingFailure& pending)
 {
-    const std::string text = ReadSetting(kConnectionSection, "Reconnect");
+    const std::string text = globals_.ReadINIText(kConnectionSection, "Reconnect");
     if (text.empty())
         return;
     ReconnectOn = platform::UpperCase(text) == "YES";
@@ -112,13 +111,6 @@ void frmConnect::cmdApply_Click()  // no failure handling of its own: both steps
 {
     cmdClear_Click();
     SaveConfigSettings();
-}
-
-std::string frmConnect::ReadSetting(const std::string& section, const std::string& key)
-{
-    IniValue value = std::string();
-    globals_.GetINIValue(globals_.ConfigFilePath(), section, key, value, value_kind::kText, kValueLength);
-    return std::get<std::string>(value);
 }
 
 }  // namespace trellivan
