@@ -42,7 +42,7 @@ void frmConnect::DefaultSettings()  // continue
     pending.Step([&] { cboProtocol.SetText("TCP"); });
     addItems(cboConnect, {"Listen", "Connect"});
     pending.Step([&] { cboConnect.SetText("Connect"); });
-    pending.Step([&] { chkReconnect.SetValue(0); });
+    pending.Step([&] { chkReconnect.SetValue(platform::CheckBox::kUnticked); });
     pending.Step([&] { txtFilePath.SetText(""); });
     FilePath.clear();
     pending.Step([&] { lstStatus.Clear(); });

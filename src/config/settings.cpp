@@ -7,6 +7,7 @@
 namespace trellivan {
 namespace {
 
+using platform::CheckBox;
 using platform::ToInteger;
 using platform::ToNumber;
 
@@ -74,7 +75,7 @@ void frmConnect::LoadReconnect(PendingFailure& pending)
     if (text.empty())
         return;
     ReconnectOn = platform::UpperCase(text) == "YES";
-    pending.Step([&] { chkReconnect.SetValue(ReconnectOn ? 1 : 0); });
+    pending.Step([&] { chkReconnect.SetValue(ReconnectOn ? CheckBox::kTicked : CheckBox::kUnticked); });
 }
 
 void frmConnect::SaveConfigSettings()  // continue
@@ -99,7 +100,7 @@ void frmConnect::SaveConfigSettings()  // continue
     save("PortNumber", txtPortNumber, PortNumber);
     save("Protocol", cboProtocol, ProtocolName);
     save("Connect", cboConnect, ConnectMode);
-    const bool reconnect = pending.Test([&] { return chkReconnect.Value() == 1; });
+    const bool reconnect = pending.Test([&] { return chkReconnect.Value() == CheckBox::kTicked; });
     write(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
     ReconnectOn = reconnect;
     write(kDatabaseSection, "FilePath", [&] { return FilePath; });

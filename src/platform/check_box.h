@@ -2,15 +2,19 @@
 
 namespace platform {
 
-/// A box that the operator ticks. It raises no events: whoever needs the value reads it.
+/// A box that the operator ticks: its value is one of the three below. It raises no events: whoever needs the
+/// value reads it.
 class CheckBox {
 public:
+    static constexpr int kUnticked = 0;
+    static constexpr int kTicked = 1;
+    static constexpr int kNeither = 2;
+
     virtual ~CheckBox() = default;
 
-    /// 0 unticked, 1 ticked, 2 neither.
     [[nodiscard]] virtual int Value() const = 0;
 
-    /// Failure: kInvalidPropertyValue for a value outside 0 to 2.
+    /// Failure: kInvalidPropertyValue for any other value.
     virtual void SetValue(int value) = 0;
 };
 

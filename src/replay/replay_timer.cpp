@@ -90,7 +90,7 @@ void frmConnect::SendRecord(PendingFailure& pending, const std::string& recordTe
             const auto bytes = StringToBytes(recordText);
             MCSockConnect.SendToGroup(bytes, IPAddress, WholeNumber(PortNumber));
         });
-    } else if (pending.Test([&] { return chkTransferTime.Value() == 1; })) {
+    } else if (pending.Test([&] { return chkTransferTime.Value() == platform::CheckBox::kTicked; })) {
         pending.Step([&] {
             WinsockConnect.SendData(
                 WithRecordedTime(recordText, OpenTransactionSet().Field("timestamp"), formats_));

@@ -72,7 +72,7 @@ void frmConnect::MCSockConnect_Error()  // continue
         ShowStatus(" Error on Multicast Sock on " + txtIPAddress.Text() + " : " + txtPortNumber.Text());
     });
     pending.Step([&] { MCSockConnect.CloseGroup(); });
-    if (pending.Test([&] { return chkReconnect.Value() == 1; }))
+    if (pending.Test([&] { return chkReconnect.Value() == platform::CheckBox::kTicked; }))
         pending.Step([&] { OpenMulticastGroup(); });
     RecordIfPending(pending, "frmConnect.MCSockConnect.Error");
 }

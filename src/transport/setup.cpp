@@ -34,7 +34,7 @@ void frmConnect::TakeConnectionSettings()
     }
     ProtocolName = cboProtocol.Text();
     ConnectMode = cboConnect.Text();
-    ReconnectOn = chkReconnect.Value() == 1;
+    ReconnectOn = chkReconnect.Value() == platform::CheckBox::kTicked;
 }
 
 void frmConnect::SetWinsockTarget()

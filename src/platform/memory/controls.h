@@ -64,7 +64,7 @@ public:
         value = newValue;
     }
 
-    int value = 0;
+    int value = kUnticked;
 };
 
 class DropDownList : public platform::DropDownList, private Journaled {

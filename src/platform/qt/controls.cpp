@@ -7,13 +7,6 @@
 #include "platform/qt/text.h"
 
 namespace platform::qt {
-namespace {
-
-constexpr int kUnticked = 0;
-constexpr int kTicked = 1;
-constexpr int kNeither = 2;
-
-}  // namespace
 
 TextBox::TextBox(QWidget* parent) : QLineEdit(parent)
 {
