@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
+#include <cstring>
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
@@ -13,6 +13,13 @@
 
 namespace platform::jet {
 namespace {
+
+/// In English: std::strerror follows the operator's language, and its text may be no UTF-8.
+std::string ReasonOf(int error)
+{
+    const char* const reason = ::strerrordesc_np(error);
+    return reason == nullptr ? "system error " + std::to_string(error) : reason;
+}
 
 Failure CannotOpen(const std::string& path, int error)
 {
@@ -25,7 +32,7 @@ Failure CannotOpen(const std::string& path, int error)
             return {failure::kInvalidDatabasePath, "Not a valid path of a database: " + path};
         default:
             return {failure::kDatabaseCannotBeOpened,
-                    "The database " + path + " cannot be opened: " + std::generic_category().message(error)};
+                    "The database " + path + " cannot be opened: " + ReasonOf(error)};
     }
 }
 
@@ -56,7 +63,7 @@ std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffe
         const ssize_t count = pread(file_.Number(), buffer.data() + done, buffer.size() - done,
                                     static_cast<off_t>(offset + done));
         if (count < 0 && errno != EINTR)
-            throw Damage("it cannot be read: " + std::generic_category().message(errno));
+            throw Damage("it cannot be read: " + ReasonOf(errno));
         if (count == 0)
             break;
         done += count > 0 ? static_cast<std::size_t>(count) : 0;
