@@ -4,6 +4,7 @@
 
 namespace platform {
 
+/// The clock on the wall, from which alone the logic learns the time.
 class Clock {
 public:
     virtual ~Clock() = default;

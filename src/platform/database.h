@@ -23,7 +23,7 @@ public:
     [[nodiscard]] virtual bool AtEOF() const = 0;
 
     /// The value of a column in the current row; the name matches without regard to case. Failure:
-    /// kNoSuchColumn, kNoCurrentRecord past the last row.
+    /// kNoSuchColumn, kNoCurrentRecord past the last row, kOverflow for a date outside the years 100 to 9999.
     [[nodiscard]] virtual Value Field(const std::string& column) const = 0;
 
     /// Failure: kNoCurrentRecord when the cursor stands past the last row already.

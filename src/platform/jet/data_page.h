@@ -9,9 +9,6 @@
 
 namespace platform::jet {
 
-/// Owner of the pages that hold long values rather than the rows of a table: "LVAL".
-inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C;
-
 /// What stands in one row's place on a data page.
 enum class SlotKind {
     kRow,
@@ -28,10 +25,10 @@ struct Slot {
 /// A page of rows, of a table or of long values.
 class DataPage {
 public:
-    explicit DataPage(Page page, const Layout& layout);
+    /// `page` is of PageType::kData.
+    DataPage(Page page, const Layout& layout);
 
-    /// Page of the table definition, or kLongValueOwner.
-    [[nodiscard]] std::uint32_t Owner() const { return page_.View().U32(4); }
+    [[nodiscard]] std::uint32_t Owner() const { return page_.Owner(); }
     [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
 
     /// Throws Damage for a row that the page does not have.

@@ -56,7 +56,8 @@ std::unique_ptr<Database> Open(std::unique_ptr<ByteSource> source, const std::st
     auto file = std::make_shared<const PageFile>(std::move(source), name);
     if (!file->Password().empty() && file->Password() != password)
         throw Failure(failure::kInvalidPassword, "Not a valid password for the database " + name);
-    (void)ReadCatalogueDefinition(*file);
+    // A database whose tables cannot be found is refused here, not at the first query.
+    static_cast<void>(ReadCatalogueDefinition(*file));
     return std::make_unique<JetDatabase>(std::move(file));
 }
 

@@ -23,7 +23,7 @@ struct Header {
 [[nodiscard]] std::optional<Format> FormatOf(ByteView start);
 
 /// Reads the header, whose bytes are masked with a fixed RC4 stream, the Jet 4 password once more with the
-/// file's creation date.
+/// file's creation date. Throws Damage where there are fewer bytes than kHeaderSize or the date is none.
 [[nodiscard]] Header ReadHeader(ByteView start, Format format);
 
 }  // namespace platform::jet

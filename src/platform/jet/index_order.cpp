@@ -18,17 +18,12 @@ bool Serves(const Index& index, const Column& column)
            !index.leavesOutNulls;
 }
 
-bool IsLeaf(const Page& page)
-{
-    return page.View().U8(0) == static_cast<std::uint8_t>(PageType::kIndexLeaf);
-}
-
 /// The leftmost leaf; 0 where a node is empty.
 std::uint32_t FirstLeaf(const PageFile& file, std::uint32_t number)
 {
     std::string entry;
     for (int level = 0; level < kMostLevels; ++level) {
-        if (IsLeaf(file.ReadPage(number)))
+        if (file.ReadPage(number).Is(PageType::kIndexLeaf))
             return number;
         const Page page = file.ReadPage(number, PageType::kIndexNode);
         const IndexPage node(page.View(), file.PageLayout());
@@ -55,7 +50,7 @@ public:
             if (!visited_.insert(leaf).second)
                 throw Damage("the pages of an index go in a circle");
             const Page page = file_.ReadPage(leaf, PageType::kIndexLeaf);
-            if (page.View().U32(4) != table_.page)
+            if (page.Owner() != table_.page)
                 throw Damage("an index has a page of another table");
             const IndexPage entries(page.View(), file_.PageLayout());
             if (!AddEntries(entries))

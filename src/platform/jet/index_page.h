@@ -17,11 +17,12 @@ namespace platform::jet {
 /// bytes that they share with the first, and these may reach into the position.
 class IndexPage {
 public:
+    /// Throws Damage where an entry does not lie on the page.
     IndexPage(ByteView page, const Layout& layout);
 
     [[nodiscard]] std::size_t EntryCount() const { return ends_.size(); }
 
-    /// Puts the whole entry, shared bytes included, into `entry`.
+    /// Puts the whole entry, shared bytes included, into `entry`. `number` is below EntryCount().
     void GetEntry(std::size_t number, std::string& entry) const;
 
     /// The leaf to the right of a leaf, 0 after the last.
@@ -35,7 +36,8 @@ private:
     std::vector<std::size_t> ends_;
 };
 
-/// The position at the end of a leaf's entry.
+/// The position at the end of a leaf's entry. Throws Damage for an entry that is too short, here and in
+/// PageBelow.
 [[nodiscard]] RowPosition PositionIn(const std::string& leafEntry);
 
 /// The page below that a node's entry leads to.

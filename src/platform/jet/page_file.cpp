@@ -1,6 +1,7 @@
 #include "platform/jet/page_file.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/failure.h"
@@ -41,7 +42,7 @@ Page PageFile::ReadPage(std::uint32_t number) const
 Page PageFile::ReadPage(std::uint32_t number, PageType type) const
 {
     Page page = ReadPage(number);
-    if (page.View().U8(0) != static_cast<std::uint8_t>(type))
+    if (!page.Is(type))
         throw Damage("page " + std::to_string(number) + " is not of the kind that it is used as");
     return page;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/jet/byte_source.h"
@@ -14,6 +14,9 @@
 
 namespace platform::jet {
 
+/// Owner of the pages that hold long values rather than the rows of a table: "LVAL".
+inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C;
+
 /// The bytes of one page, decoded. Whoever holds it keeps it as it was read.
 class Page {
 public:
@@ -22,7 +25,14 @@ public:
     {}
     [[nodiscard]] ByteView View() const { return ByteView(*bytes_); }
 
+    [[nodiscard]] bool Is(PageType type) const { return View().U8(0) == static_cast<std::uint8_t>(type); }
+
+    /// Of a data or index page: the page of its table's definition, or kLongValueOwner.
+    [[nodiscard]] std::uint32_t Owner() const { return View().U32(kOwnerOffset); }
+
 private:
+    static constexpr std::size_t kOwnerOffset = 4;
+
     std::shared_ptr<const std::vector<std::uint8_t>> bytes_;
 };
 

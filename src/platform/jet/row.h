@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 
 #include "platform/jet/data_page.h"
@@ -12,6 +12,7 @@ namespace platform::jet {
 ///
 /// A row has the fixed columns in front; at its end, backwards, the null mask, the number of variable columns
 /// and their offsets. It may have fewer columns than the table: those were added later and are null.
+/// A row whose parts do not fit into it throws Damage, from the constructor or where the part is asked for.
 class Row {
 public:
     Row(StoredRow stored, const TableDefinition& table, Format format);

@@ -12,11 +12,11 @@ void ForEachRow(const PageFile& file, const TableDefinition& table,
                 const std::function<void(RowPosition, const Row&)>& visit)
 {
     for (const std::uint32_t number : MarkedPages(file, table.usageMap)) {
-        const Page bytes = file.ReadPage(number);
-        const DataPage page(bytes, file.PageLayout());
+        const Page marked = file.ReadPage(number);
         // A table's map may hold pages of other kinds as well, such as those of its long values.
-        if (bytes.View().U8(0) != static_cast<std::uint8_t>(PageType::kData) || page.Owner() != table.page)
+        if (!marked.Is(PageType::kData) || marked.Owner() != table.page)
             continue;
+        const DataPage page(marked, file.PageLayout());
         if (page.RowCount() > kMostRowsOnPage)
             throw Damage("page " + std::to_string(number) + " has more rows than a page can have");
         for (std::size_t i = 0; i < page.RowCount(); ++i)
