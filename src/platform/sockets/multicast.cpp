@@ -74,10 +74,11 @@ void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::s
         return;
     if (Send(socket_, bytes, group))
         return;
+    const int error = errno;
     const std::string what = "Cannot send a record to " + group.Text();
-    if (errno == EMSGSIZE)
-        throw SocketFailure(errno, what);
-    Report(errno, what);
+    if (error == EMSGSIZE)
+        throw SocketFailure(error, what);
+    Report(error, what);
 }
 
 /// A refusal is reported as an event.
@@ -85,10 +86,11 @@ void Multicast::OpenFor(const SocketAddress& group)
 {
     family_ = group.Family();
     socket_ = OpenSocket(family_, SOCK_DGRAM);
+    const int error = errno;
     if (socket_.IsOpen())
         StayOnThisNetwork(socket_, family_);
     else
-        Report(errno, "Cannot open multicast group " + group.Text());
+        Report(error, "Cannot open multicast group " + group.Text());
 }
 
 void Multicast::Report(int error, const std::string& what)

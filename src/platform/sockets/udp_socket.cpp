@@ -3,7 +3,6 @@
 #include <sys/socket.h>
 
 #include <cerrno>
-#include <string>
 #include <utility>
 
 #include "platform/sockets/open_socket.h"
@@ -38,8 +37,10 @@ UdpSocket::UdpSocket(EventGate& gate, std::uint16_t port, Arrived arrived)
 void UdpSocket::Send(std::string_view bytes, const SocketAddress& target)
 {
     const SocketAddress address = family_ == AF_INET6 ? target.AsIPv6() : target;
-    if (::sendto(socket_.Number(), bytes.data(), bytes.size(), 0, address.Data(), address.Size()) < 0)
-        throw SocketFailure(errno, "Cannot send a record to " + target.Text());
+    if (::sendto(socket_.Number(), bytes.data(), bytes.size(), 0, address.Data(), address.Size()) >= 0)
+        return;
+    const int error = errno;
+    throw SocketFailure(error, "Cannot send a record to " + target.Text());
 }
 
 void UdpSocket::Read()
