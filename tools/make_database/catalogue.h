@@ -7,10 +7,7 @@
 
 namespace tools {
 
-/// The definition of the table of all tables stands on this page in every file.
-inline constexpr std::uint32_t kCataloguePage = 2;
-
-/// Writes that table, MSysObjects, with a row for itself and one for the table `trans`, whose definition
+/// Writes the table of all tables, MSysObjects, with a row for itself and one for the table `trans`, whose definition
 /// stands on `transPage`. It has the columns that readers ask for; Access has ten more.
 void WriteCatalogue(PageOutput& output, UsageMapPage& maps, std::uint32_t transPage, double created);
 

@@ -25,7 +25,6 @@ constexpr std::size_t kPasswordOffset = 0x42;
 constexpr std::size_t kJet4SortOrderOffset = 0x6E;
 constexpr std::size_t kCreatedOffset = 0x72;
 
-constexpr std::uint32_t kCataloguePage = 2;
 constexpr std::size_t kLongestPassword = 20;
 constexpr std::array<std::uint8_t, 4> kMaskKey = {0xC7, 0xDA, 0x39, 0x6B};
 

@@ -70,6 +70,9 @@ enum class PageType : std::uint8_t {
 inline constexpr std::size_t kFreeSpaceOffset = 2;
 inline constexpr std::size_t kOwnerOffset = 4;
 
+/// The definition of the table of all tables stands on this page in every file.
+inline constexpr std::uint32_t kCataloguePage = 2;
+
 /// Sort order "General", and the code page of Jet 3 texts.
 inline constexpr std::uint16_t kGeneralSortOrder = 0x0409;
 inline constexpr std::uint16_t kCodePage1252 = 1252;

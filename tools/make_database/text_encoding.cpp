@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "platform/ansi_code_page.h"
 #include "platform/failure.h"
@@ -29,6 +31,23 @@ Bytes EncodeAnsi(std::string_view utf8)
     return bytes;
 }
 
+/// Two bytes a unit, the low one first.
+Bytes EncodeUtf16(std::string_view utf8)
+{
+    Bytes bytes;
+    while (!utf8.empty()) {
+        const char32_t character = platform::TakeCharacter(utf8);
+        if (character < 0x10000) {
+            Append(bytes, static_cast<std::uint16_t>(character));
+        } else {
+            const char32_t above = character - 0x10000;
+            Append(bytes, static_cast<std::uint16_t>(0xD800 | above >> 10));
+            Append(bytes, static_cast<std::uint16_t>(0xDC00 | (above & 0x3FF)));
+        }
+    }
+    return bytes;
+}
+
 /// Nothing where the text has a unit whose low byte is 0, which would read as the switch between one and two
 /// bytes a character.
 std::optional<Bytes> Compressed(const Bytes& utf16)
@@ -48,22 +67,6 @@ std::optional<Bytes> Compressed(const Bytes& utf16)
 }
 
 }  // namespace
-
-Bytes EncodeUtf16(std::string_view utf8)
-{
-    Bytes bytes;
-    while (!utf8.empty()) {
-        const char32_t character = platform::TakeCharacter(utf8);
-        if (character < 0x10000) {
-            Append(bytes, static_cast<std::uint16_t>(character));
-        } else {
-            const char32_t above = character - 0x10000;
-            Append(bytes, static_cast<std::uint16_t>(0xD800 | above >> 10));
-            Append(bytes, static_cast<std::uint16_t>(0xDC00 | (above & 0x3FF)));
-        }
-    }
-    return bytes;
-}
 
 Bytes EncodeText(std::string_view utf8, Format format, bool compress)
 {

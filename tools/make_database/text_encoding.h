@@ -1,15 +1,11 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "make_database/bytes.h"
 #include "make_database/layout.h"
 
 namespace tools {
-
-/// A UTF-8 text as UTF-16, two bytes a unit, the low one first.
-[[nodiscard]] Bytes EncodeUtf16(std::string_view utf8);
 
 /// A UTF-8 text as a text column or memo holds it.
 ///
