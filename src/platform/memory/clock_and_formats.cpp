@@ -20,27 +20,27 @@ std::string Formatted(const char* format, Numbers... numbers)
 
 std::optional<local_days> DayOf(const std::string& text)
 {
-    int y = 0;
-    unsigned m = 0;
-    unsigned d = 0;
+    int yearNumber = 0;
+    unsigned monthNumber = 0;
+    unsigned dayNumber = 0;
     int end = 0;
-    if (std::sscanf(text.c_str(), "%4d-%2u-%2u%n", &y, &m, &d, &end) != 3 ||
+    if (std::sscanf(text.c_str(), "%4d-%2u-%2u%n", &yearNumber, &monthNumber, &dayNumber, &end) != 3 ||
         static_cast<std::size_t>(end) != text.size())
         return std::nullopt;
-    const year_month_day date{year{y}, month{m}, day{d}};
+    const year_month_day date{year{yearNumber}, month{monthNumber}, day{dayNumber}};
     return date.ok() ? std::optional(local_days{date}) : std::nullopt;
 }
 
 std::optional<seconds> TimeOf(const std::string& text)
 {
-    unsigned h = 0;
-    unsigned m = 0;
-    unsigned s = 0;
+    unsigned hour = 0;
+    unsigned minute = 0;
+    unsigned second = 0;
     int end = 0;
-    if (std::sscanf(text.c_str(), "%2u:%2u:%2u%n", &h, &m, &s, &end) != 3 ||
-        static_cast<std::size_t>(end) != text.size() || h > 23 || m > 59 || s > 59)
+    if (std::sscanf(text.c_str(), "%2u:%2u:%2u%n", &hour, &minute, &second, &end) != 3 ||
+        static_cast<std::size_t>(end) != text.size() || hour > 23 || minute > 59 || second > 59)
         return std::nullopt;
-    return hours{h} + minutes{m} + seconds{s};
+    return hours{hour} + minutes{minute} + seconds{second};
 }
 
 }  // namespace
@@ -78,14 +78,14 @@ std::optional<DateTime> PlainFormats::DateOrTime(std::string_view text) const
     const auto blank = text.find(' ');
     const std::string first(text.substr(0, blank));
     const auto day = DayOf(first);
-    if (blank == std::string_view::npos) {
-        const auto time = TimeOf(first);
-        return day    ? std::optional<DateTime>(*day)
-               : time ? std::optional<DateTime>(DayZero() + *time)
-                      : std::nullopt;
-    }
-    const auto time = TimeOf(std::string(text.substr(blank + 1)));
-    return day && time ? std::optional<DateTime>(*day + *time) : std::nullopt;
+    const auto time = TimeOf(blank == std::string_view::npos ? first : std::string(text.substr(blank + 1)));
+    if (day && time)
+        return *day + *time;
+    if (blank != std::string_view::npos)
+        return std::nullopt;
+    if (day)
+        return *day;
+    return time ? std::optional<DateTime>(DayZero() + *time) : std::nullopt;
 }
 
 }  // namespace platform::memory
