@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "platform/posix/file_descriptor.h"
@@ -58,7 +59,6 @@ void StormPeer::Serve(std::uint16_t port)
             continue;
         if (manner_ == Manner::kResets) {
             Reset(std::move(connection));
-            ++resets_;
         } else {
             connections.push_back(std::move(connection));
             ++kept_;

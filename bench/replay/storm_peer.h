@@ -1,7 +1,7 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <thread>
 
@@ -19,7 +19,6 @@ public:
 
     void KeepFromNowOn() { manner_ = Manner::kKeeps; }
 
-    [[nodiscard]] std::size_t Resets() const { return resets_; }
     [[nodiscard]] std::size_t Kept() const { return kept_; }
 
 private:
@@ -27,7 +26,6 @@ private:
 
     std::atomic<Manner> manner_;
     std::atomic<bool> stopping_ = false;
-    std::atomic<std::size_t> resets_ = 0;
     std::atomic<std::size_t> kept_ = 0;
     std::thread thread_;
 };

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"

@@ -1,6 +1,6 @@
 #include "platform/jet/column_value.h"
 
-#include <cstdlib>
+#include <optional>
 
 #include "platform/jet/exact_number.h"
 #include "platform/jet/long_value.h"

@@ -1,6 +1,5 @@
 #include "platform/jet/header.h"
 
-#include <algorithm>
 #include <array>
 #include <limits>
 #include <string_view>

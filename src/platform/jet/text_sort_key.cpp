@@ -1,8 +1,5 @@
 #include "platform/jet/text_sort_key.h"
 
-#include <array>
-#include <cstdint>
-
 #include "platform/ansi_code_page.h"
 
 namespace platform::jet {

@@ -2,7 +2,7 @@
 
 #include <functional>
 #include <future>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
