@@ -20,8 +20,8 @@ public:
 
     /// Replaces the content, in one step, by the lines for which `keep` answers true, in their order, each
     /// followed by CR LF. `keep` is called once for every line with its number, counted from 1, and its text,
-    /// which lives for that call only (of a line longer than 64 KiB perhaps only the beginning). What it throws
-    /// passes through.
+    /// which lives for that call only (of a line longer than 64 KiB perhaps only the beginning). What it
+    /// throws passes through.
     virtual void KeepLines(const std::function<bool(std::int64_t number, std::string_view line)>& keep) = 0;
 };
 

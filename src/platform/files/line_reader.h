@@ -13,8 +13,8 @@ namespace platform::files {
 /// lines are. What a line is, LockedTextFile says.
 class LineReader {
 public:
-    /// A line without its line end; a line longer than a quarter of a megabyte comes in several pieces, of which only the
-    /// last one ends it.
+    /// A line without its line end; a line longer than a quarter of a megabyte comes in several pieces, of
+    /// which only the last one ends it.
     struct Piece {
         std::string_view text;
         bool endsLine;

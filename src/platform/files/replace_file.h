@@ -50,8 +50,8 @@ private:
     std::string temporary_;
     FileDescriptor& file_;
     FileDescriptor newFile_;
-    bool beside_ = true;
-    bool named_ = false;
+    bool beside_ = true;  // the new file lies in the old one's folder, not in memory
+    bool named_ = false;  // it has its temporary name, and is removed unless it is moved
     std::string buffer_;
     std::int64_t written_ = 0;
 };

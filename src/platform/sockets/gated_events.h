@@ -25,6 +25,7 @@ public:
 private:
     EventGate& gate_;
     QObject posted_;
+    /// Expires with this object; what it points to means nothing.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

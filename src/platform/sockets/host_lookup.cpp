@@ -46,6 +46,7 @@ void HostLookup::Start(const std::string& host, Answer answer)
             promise.set_value(AddressesOrNone(host));
             ::eventfd_write(finished->Number(), 1);
         });
+        // Not make_unique: the notifier cannot be moved, only made in its place.
         running_.reset(
             new Running{host, std::move(addresses), finished,
                         GatedNotifier(gate_, *finished, QSocketNotifier::Read, [this] { Finish(); })});
