@@ -6,6 +6,7 @@
 
 #include "make_database/database_writer.h"
 #include "sockets/event_loop.h"
+#include "support/files.h"
 
 using platform::sockets::ComesToRest;
 using platform::sockets::WaitFor;
@@ -30,12 +31,12 @@ std::string DatabaseOf(const Texts& records)
 
 RunningProgram::RunningProgram(const Settings& settings, const Texts& records)
 {
-    Fill(folder_.Path("receipts.mdb"), DatabaseOf(records));
-    Fill(folder_.Path("Config.ini"),
-         "[Timer]\r\nInterval=" + settings.interval + "\r\n[TCP/IP Settings]\r\nIpAddress=" +
-             settings.address + "\r\nPortNumber=" + settings.port + "\r\nConnect=" + settings.role +
-             "\r\nProtocol=" + settings.protocol + "\r\nReconnect=" + settings.reconnect +
-             "\r\n[Database File]\r\nFilePath=" + settings.database + "\r\n");
+    WriteFile(folder_.Path("receipts.mdb"), DatabaseOf(records));
+    WriteFile(folder_.Path("Config.ini"),
+              "[Timer]\r\nInterval=" + settings.interval + "\r\n[TCP/IP Settings]\r\nIpAddress=" +
+                  settings.address + "\r\nPortNumber=" + settings.port + "\r\nConnect=" + settings.role +
+                  "\r\nProtocol=" + settings.protocol + "\r\nReconnect=" + settings.reconnect +
+                  "\r\n[Database File]\r\nFilePath=" + settings.database + "\r\n");
     trellivan_.Start();
 }
 
@@ -93,7 +94,7 @@ testing::AssertionResult RunningProgram::ReportsStart(const Texts& expected)
 Texts RunningProgram::Records() const
 {
     Texts records;
-    std::istringstream log(Content(folder_.Path("Trellivan Error.log")));
+    std::istringstream log(ReadFile(folder_.Path("Trellivan Error.log")));
     for (std::string line; std::getline(log, line, '\n');) {
         const auto number = line.find('|') + 1;
         const auto procedure = line.rfind('|');

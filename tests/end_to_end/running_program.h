@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "files/temporary_folder.h"
 #include "sockets/peer.h"
+#include "support/temporary_folder.h"
 #include "trellivan.h"
 
 using Texts = std::vector<std::string>;

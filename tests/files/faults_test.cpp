@@ -3,19 +3,21 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <sstream>
 
 #include "errorlog/trim.h"
 #include "files/child_process.h"
-#include "files/temporary_folder.h"
 #include "files/us_formats.h"
-#include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/files/file_system.h"
 #include "platform/files/open_file.h"
 #include "platform/files/profile_file.h"
+#include "support/failure_of.h"
+#include "support/files.h"
+#include "support/temporary_folder.h"
 
 namespace platform::files {
 namespace {
@@ -42,25 +44,20 @@ protected:
 
     void ExpectAppendFails(int number)
     {
-        try {
-            files_.Append(log_, Repeated(kNewRecord, 1000));
-            ADD_FAILURE() << "appended";
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number(), number) << failure.Description();
-        }
+        EXPECT_EQ(FailureOf([&] { files_.Append(log_, Repeated(kNewRecord, 1000)); }), number);
     }
 
     /// Settings and a log with something to trim, in the folder as it is mounted now.
     void FillFolder()
     {
-        Fill(config_, oldConfig_);
-        Fill(log_, oldLog_);
+        WriteFile(config_, oldConfig_);
+        WriteFile(log_, oldLog_);
     }
 
     void ExpectOldContents()
     {
-        EXPECT_TRUE(Content(config_) == oldConfig_);
-        EXPECT_TRUE(Content(log_) == oldLog_);
+        EXPECT_TRUE(ReadFile(config_) == oldConfig_);
+        EXPECT_TRUE(ReadFile(log_) == oldLog_);
         EXPECT_FALSE(std::filesystem::exists(folder_.Path(".Config.ini.new")));
         EXPECT_FALSE(std::filesystem::exists(folder_.Path(".Error.log.new")));
     }
@@ -124,7 +121,7 @@ TEST_F(Faults, AFullDiskLeavesTheOldContents)
         Trim(450);
         ExpectOldContents();
         Trim(10);
-        EXPECT_EQ(Content(log_), Repeated(kNewRecord, 10)) << "what fits is done";
+        EXPECT_EQ(ReadFile(log_), Repeated(kNewRecord, 10)) << "what fits is done";
     });
 }
 
@@ -167,15 +164,15 @@ TEST_F(Faults, WithoutAPlaceForANewFileItIsWrittenInPlace)
         MakeMountOfItsOwn(config_);
         MakeMountOfItsOwn(log_);
         Save("x");
-        EXPECT_TRUE(Content(config_).starts_with("[S]\nkey=x\n; a comment\n"))
+        EXPECT_TRUE(ReadFile(config_).starts_with("[S]\nkey=x\n; a comment\n"))
             << "a mount cannot be moved over";
         CloseToWriting(folder_.Path());
         Save(std::string(5000, 'y'));
-        EXPECT_TRUE(Content(config_) == "[S]\nkey=" + std::string(5000, 'y') + oldConfig_.substr(11));
+        EXPECT_TRUE(ReadFile(config_) == "[S]\nkey=" + std::string(5000, 'y') + oldConfig_.substr(11));
         Save("old");
         Trim(kNoLineLimit);
-        EXPECT_TRUE(Content(config_) == oldConfig_);
-        EXPECT_TRUE(Content(log_) == Repeated(kNewRecord, 400));
+        EXPECT_TRUE(ReadFile(config_) == oldConfig_);
+        EXPECT_TRUE(ReadFile(log_) == Repeated(kNewRecord, 400));
         EXPECT_EQ(folder_.NamesBut("Config.ini"), std::vector<std::string>{"Error.log"});
     });
 }
@@ -226,7 +223,7 @@ TEST_F(Faults, KillingAProgramThatSavesLeavesOldOrNewContent)
     const std::string longValue(30000, 'y');
     const std::string tail = Repeated("; a comment\n", 1000);
     const std::string contents[] = {"[S]\nkey=short\n" + tail, "[S]\nkey=" + longValue + "\n" + tail};
-    Fill(config_, contents[0]);
+    WriteFile(config_, contents[0]);
     std::array<int, 2> seen{};
     std::size_t leftBehind = 0;
     KillAtRandomMoments(
@@ -235,7 +232,7 @@ TEST_F(Faults, KillingAProgramThatSavesLeavesOldOrNewContent)
             Save("short");
         },
         [&] {
-            const auto found = std::ranges::find(contents, Content(config_));
+            const auto found = std::ranges::find(contents, ReadFile(config_));
             ASSERT_NE(found, std::end(contents)) << "neither old nor new";
             ++seen[static_cast<std::size_t>(found - contents)];
             leftBehind += folder_.NamesBut("Config.ini").size();
@@ -273,7 +270,7 @@ TEST_F(Faults, KillingAProgramThatTrimsLosesNoRecord)
             Trim(kLines);
         },
         [&] {
-            const std::vector<int> numbers = NumbersOf(Content(log_));
+            const std::vector<int> numbers = NumbersOf(ReadFile(log_));
             ASSERT_GE(numbers.size(), static_cast<std::size_t>(kLines));
             ASSERT_GE(numbers.back(), next - 1) << "an earlier record is gone";
             for (std::size_t i = 1; i < numbers.size(); ++i)
@@ -289,19 +286,19 @@ TEST_F(Faults, KillingAProgramThatTrimsLosesNoRecord)
 
 TEST_F(Faults, AProgramThatKeepsTheLockCostsTheRecordAndNoMore)
 {
-    Fill(log_, kOldRecord);
+    WriteFile(log_, kOldRecord);
     {
         const FileDescriptor holder = OpenAndLock(log_, O_RDONLY);
         ExpectAppendFails(failure::kPermissionDenied);
     }
     files_.Append(log_, "kept\r\n");
-    EXPECT_EQ(Content(log_), kOldRecord + "kept\r\n");
+    EXPECT_EQ(ReadFile(log_), kOldRecord + "kept\r\n");
 }
 
 TEST_F(Faults, TwoProgramsAppendWhileAThirdTrims)
 {
     constexpr int kRecords = 1000;
-    Fill(log_, Repeated(kOldRecord, 500));
+    WriteFile(log_, Repeated(kOldRecord, 500));
     const auto append = [&](const std::string& name) {
         for (int i = 0; i < kRecords; ++i)
             files_.Append(log_, "5/15/2021 " + name + " " + std::to_string(i) + "\r\n");
@@ -318,7 +315,7 @@ TEST_F(Faults, TwoProgramsAppendWhileAThirdTrims)
     Trim(kNoLineLimit);
 
     std::map<std::string, int> next;
-    std::istringstream stream(Content(log_));
+    std::istringstream stream(ReadFile(log_));
     for (std::string date, name, number; stream >> date >> name >> number;)
         ASSERT_EQ(std::atoi(number.c_str()), next[name]++) << date << ' ' << name;
     EXPECT_EQ(next, (std::map<std::string, int>{{"a", kRecords}, {"b", kRecords}}));

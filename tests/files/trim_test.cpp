@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <thread>
 
-#include "files/temporary_folder.h"
 #include "files/us_formats.h"
 #include "platform/files/file_system.h"
+#include "support/files.h"
+#include "support/temporary_folder.h"
 
 namespace trellivan {
 namespace {
@@ -21,10 +23,10 @@ class Trimming : public testing::Test {
 protected:
     std::string Trimmed(const std::string& content, int lineLimit, platform::DateTime cutoff)
     {
-        Fill(log_, content);
+        WriteFile(log_, content);
         TrimErrorLog(lineLimit, cutoff, log_, files_, formats_);
         EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
-        return Content(log_);
+        return ReadFile(log_);
     }
 
     TemporaryFolder folder_;
@@ -121,17 +123,17 @@ TEST_F(Trimming, IsSilentWhereThereIsNoLog)
 
 TEST_F(Trimming, LetsARecordWrittenMeanwhileWaitForTheNewFile)
 {
-    Fill(log_, "old\r\n");
+    WriteFile(log_, "old\r\n");
     std::thread writer;
     {
         const auto log = files_.OpenLocked(log_);
         writer = std::thread([&] { files_.Append(log_, "new\r\n"); });
         log->KeepLines([](std::int64_t, std::string_view) { return false; });
         log->KeepLines([](std::int64_t, std::string_view) { return true; });
-        EXPECT_EQ(Content(log_), "");
+        EXPECT_EQ(ReadFile(log_), "");
     }
     writer.join();
-    EXPECT_EQ(Content(log_), "new\r\n");
+    EXPECT_EQ(ReadFile(log_), "new\r\n");
 }
 
 }  // namespace

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "jet/failure_of.h"
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/sort_key.h"
+#include "support/failure_of.h"
 
 namespace platform::jet {
 namespace {

@@ -4,8 +4,6 @@
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
 #include <set>
@@ -13,6 +11,7 @@
 #include "jet/read_everything.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
+#include "support/files.h"
 
 namespace platform::jet {
 namespace {
@@ -100,12 +99,6 @@ private:
 
     std::mt19937 random_;
 };
-
-Bytes ReadFile(const fs::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// Small databases of both formats: with long receipts, moved about by an index or to be sorted.
 std::map<std::string, Bytes> MadeDatabases()

@@ -6,10 +6,8 @@
 #include <array>
 #include <bit>
 #include <filesystem>
-#include <fstream>
 #include <map>
 
-#include "jet/failure_of.h"
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
@@ -18,6 +16,9 @@
 #include "platform/jet/database_file.h"
 #include "platform/jet/rc4.h"
 #include "platform/jet/table_scan.h"
+#include "support/failure_of.h"
+#include "support/files.h"
+#include "support/temporary_folder.h"
 
 namespace platform::jet {
 namespace {
@@ -48,16 +49,13 @@ std::vector<Receipt> Receipts(std::int32_t count)
 /// A database file in a folder that goes with the test.
 class EngineTest : public testing::Test {
 protected:
-    void SetUp() override { fs::create_directories(folder_); }
-    void TearDown() override { fs::remove_all(folder_); }
-
     std::string Write(const std::string& name, const std::string& bytes)
     {
-        std::ofstream(Path(name), std::ios::binary) << bytes;
+        WriteFile(Path(name), bytes);
         return Path(name);
     }
 
-    [[nodiscard]] std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+    [[nodiscard]] std::string Path(const std::string& name) const { return folder_.Path(name); }
 
     std::unique_ptr<RecordSet> Open(const std::string& path, const std::string& connect = "")
     {
@@ -65,8 +63,7 @@ protected:
     }
 
 private:
-    fs::path folder_ = fs::path(testing::TempDir()) /
-                       ("jet_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+    TemporaryFolder folder_;
     Engine engine_;
 };
 
@@ -223,13 +220,9 @@ TEST(Database, SaysThatATableIsOnlyLinked)
     constexpr char kLinkedTable = 6;
     std::string bytes = DatabaseBytes(Receipts(1));
     bytes.at(CataloguePlace(bytes, "Type")) = kLinkedTable;
-    try {
-        (void)OpenInMemory(bytes, "");
-        FAIL() << "a linked table opens";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.Number(), failure::kTableNotFound);
-        EXPECT_NE(failure.Description().find("linked"), std::string::npos) << failure.Description();
-    }
+    const Failure failure = ThrownBy([&] { return OpenInMemory(bytes, ""); });
+    EXPECT_EQ(failure.Number(), failure::kTableNotFound);
+    EXPECT_NE(failure.Description().find("linked"), std::string::npos) << failure.Description();
 }
 
 class FormatTest : public testing::TestWithParam<tools::Format> {

@@ -2,11 +2,11 @@
 
 #include <array>
 
-#include "jet/failure_of.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/exact_number.h"
 #include "platform/jet/query.h"
 #include "platform/jet/rc4.h"
+#include "support/failure_of.h"
 
 namespace platform::jet {
 namespace {

@@ -8,9 +8,9 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/qt/caption_font.h"
+#include "support/failure_of.h"
 
 namespace platform::qt {
 namespace {
@@ -20,17 +20,6 @@ using namespace std::string_literals;
 QString NameOf(const QObject* object)
 {
     return object == nullptr ? QString() : object->objectName();
-}
-
-/// The number of the failure that a call gives; 0 for none.
-int FailureOf(const std::function<void()>& call)
-{
-    try {
-        call();
-        return 0;
-    } catch (const Failure& failure) {
-        return failure.Number();
-    }
 }
 
 class MainWindowTest : public testing::Test {

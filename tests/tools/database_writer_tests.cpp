@@ -6,23 +6,15 @@
 
 #include "make_database/usage_map.h"
 #include "platform/failure_numbers.h"
+#include "support/failure_of.h"
+#include "support/files.h"
+#include "support/temporary_folder.h"
 #include "tools/mdb_export.h"
-#include "tools/temporary_folder.h"
 
 namespace {
 
 using namespace tools;
 using namespace std::string_literals;
-
-int FailureNumber(const std::function<void()>& call)
-{
-    try {
-        call();
-    } catch (const platform::Failure& failure) {
-        return failure.Number();
-    }
-    return 0;
-}
 
 /// A text of so many characters of which no two parts look alike.
 std::string TextOf(std::size_t length)
@@ -225,7 +217,7 @@ TEST_P(DatabaseWriterTest, KeepsThePrimaryKeyUniqueAndFilled)
     MemoryPages store;
     DatabaseWriter writer(store, Options());
     writer.Add({5, "a", {}, {}});
-    EXPECT_EQ(FailureNumber([&] { writer.Add({{}, "b", {}, {}}); }), platform::failure::kTypeMismatch);
+    EXPECT_EQ(FailureOf([&] { writer.Add({{}, "b", {}, {}}); }), platform::failure::kTypeMismatch);
     writer.Add({-5, "c", {}, {}});
     writer.Add({5, "d", {}, {}});
     try {
@@ -242,7 +234,7 @@ TEST(PageOutput, EndsAtTheLargestFileThatTheFormatsAllow)
     PageOutput output(store, kJet4Layout);
     for (std::uint32_t page = 0; page < 0x80000; ++page)
         ASSERT_EQ(output.Allocate(), page);
-    EXPECT_EQ(FailureNumber([&] { output.Allocate(); }), platform::failure::kOverflow);
+    EXPECT_EQ(FailureOf([&] { output.Allocate(); }), platform::failure::kOverflow);
 }
 
 TEST(DataPage, HoldsNoMoreRowsThanAPointerCanName)
@@ -259,7 +251,7 @@ TEST(DataPage, HoldsNoMoreRowsThanAPointerCanName)
 TEST(FilePages, TakesTheFilesPlaceOnlyWhenItIsComplete)
 {
     const TemporaryFolder folder;
-    const std::string path = folder.File("shop.mdb");
+    const std::string path = folder.Path("shop.mdb");
     WriteFile(path, "earlier");
     const std::vector<Receipt> receipts = {{1, TextOf(10'000), 38000.0, 38000.0}, {2, TextOf(9), {}, {}}};
     const auto write = [&](bool commit) {
@@ -276,7 +268,7 @@ TEST(FilePages, TakesTheFilesPlaceOnlyWhenItIsComplete)
     EXPECT_EQ(ReadFile(path + ".part"), "");
     write(true);
     EXPECT_EQ(ReadFile(path), DatabaseBytes(receipts));
-    EXPECT_EQ(FailureNumber([&] { FilePages(folder.File("none/shop.mdb")); }),
+    EXPECT_EQ(FailureOf([&] { FilePages(folder.Path("none/shop.mdb")); }),
               platform::failure::kPathFileAccess);
 }
 

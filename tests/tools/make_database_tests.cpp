@@ -6,8 +6,10 @@
 #include <set>
 
 #include "make_database/receipt_reader.h"
+#include "support/files.h"
+#include "support/run_command.h"
+#include "support/temporary_folder.h"
 #include "tools/mdb_export.h"
-#include "tools/temporary_folder.h"
 
 namespace {
 
@@ -16,14 +18,14 @@ protected:
     MakeDatabaseTest() { WriteFile(in, "ref,rawtransaction\n2,\"two\nlines\"\n-1,\xE2\x82\xAC\n"); }
 
     /// Runs the program with some options, from the test's CSV to its database.
-    Outcome Make(const std::string& options)
+    CommandOutcome Make(const std::string& options)
     {
         return RunCommand(MAKE_DATABASE " " + options + " " + in + " " + out);
     }
 
     TemporaryFolder folder;
-    std::string in = folder.File("in.csv");
-    std::string out = folder.File("out.mdb");
+    std::string in = folder.Path("in.csv");
+    std::string out = folder.Path("out.mdb");
 };
 
 TEST_F(MakeDatabaseTest, MakesWhatItsOptionsSay)
@@ -41,7 +43,7 @@ TEST_F(MakeDatabaseTest, MakesWhatItsOptionsSay)
     std::set<std::string> databases;
     for (const auto& [options, about, pageSize] : cases) {
         SCOPED_TRACE(about);
-        const Outcome outcome = Make(options);
+        const CommandOutcome outcome = Make(options);
         EXPECT_EQ(outcome.output, "");
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_EQ(std::filesystem::file_size(out) % pageSize, 0U);
@@ -73,7 +75,7 @@ TEST_F(MakeDatabaseTest, SaysInOneLineWhatIsWrongAndLeavesNoFile)
     };
     for (const auto& [csv, options, message] : cases) {
         WriteFile(in, csv);
-        const Outcome outcome = Make(options);
+        const CommandOutcome outcome = Make(options);
         const bool namesInput = message[0] == ':';
         EXPECT_EQ(outcome.output, "make_database: " + (namesInput ? in : "") + message + "\n");
         EXPECT_EQ(outcome.exitCode, 1);
@@ -85,11 +87,11 @@ TEST_F(MakeDatabaseTest, SaysInOneLineWhatIsWrongAndLeavesNoFile)
 TEST_F(MakeDatabaseTest, ShowsItsUsage)
 {
     for (const char* wrong : {"more.csv", "--format jet5", "--index", "--password"}) {
-        const Outcome outcome = Make(wrong);
+        const CommandOutcome outcome = Make(wrong);
         EXPECT_EQ(outcome.output.rfind("Usage: make_database ", 0), 0U) << wrong;
         EXPECT_EQ(outcome.exitCode, 2) << wrong;
     }
-    const Outcome help = RunCommand(MAKE_DATABASE " --help");
+    const CommandOutcome help = RunCommand(MAKE_DATABASE " --help");
     EXPECT_NE(help.output.find("--no-index"), std::string::npos);
     EXPECT_EQ(help.exitCode, 0);
 }

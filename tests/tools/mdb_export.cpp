@@ -3,7 +3,9 @@
 #include <sstream>
 
 #include "make_database/csv_reader.h"
-#include "tools/temporary_folder.h"
+#include "support/files.h"
+#include "support/run_command.h"
+#include "support/temporary_folder.h"
 
 bool HasMdbExport()
 {
@@ -13,7 +15,7 @@ bool HasMdbExport()
 std::vector<std::vector<std::string>> MdbExport(const std::string& database)
 {
     const TemporaryFolder folder;
-    const std::string path = folder.File("t.mdb");
+    const std::string path = folder.Path("t.mdb");
     WriteFile(path, database);
     std::istringstream printed(
         RunCommand("mdb-export -H -0 NULL -T '%Y-%m-%d %H:%M:%S' " + path + " trans").output);

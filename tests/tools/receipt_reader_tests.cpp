@@ -7,23 +7,18 @@
 
 #include "make_database/iso_date.h"
 #include "platform/date_time.h"
-#include "platform/failure.h"
+#include "support/failure_of.h"
 
 namespace {
 
 using tools::DayNumberOfIso;
 
-std::string FailureOf(const std::string& csv)
+void ReadAll(const std::string& csv)
 {
     std::istringstream stream(csv);
-    try {
-        tools::ReceiptReader reader(stream);
-        for (tools::Receipt receipt; reader.Next(receipt);) {
-        }
-    } catch (const platform::Failure& failure) {
-        return failure.Description();
+    tools::ReceiptReader reader(stream);
+    for (tools::Receipt receipt; reader.Next(receipt);) {
     }
-    return "";
 }
 
 TEST(ReceiptReader, TakesColumnsInAnyOrderAndTellsNullFromEmpty)
@@ -74,7 +69,7 @@ TEST(ReceiptReader, NamesTheLineOfWhatIsWrong)
         {"ref,rawtransaction\n1,\xEF\xBF\xBD\n", ""},
     };
     for (const auto& [csv, failure] : cases)
-        EXPECT_EQ(FailureOf(csv), failure) << csv;
+        EXPECT_EQ(ThrownBy([&] { ReadAll(csv); }).Description(), failure) << csv;
 }
 
 TEST(IsoDate, GivesTheDayNumberThatReadsBackAsTheSameMoment)
