@@ -20,14 +20,13 @@ protected:
         std::string accepted;
         for (int record = 0;; ++record) {
             const std::string text = std::to_string(record) + filling;
-            refusal = FailureOf([&] { socket.SendData(text); });
-            if (refusal != 0)
+            if (const int refusal = FailureOf([&] { socket.SendData(text); })) {
+                EXPECT_EQ(failure::kSocketWouldBlock, refusal);
                 return accepted;
+            }
             accepted += text;
         }
     }
-
-    int refusal = 0;
 };
 
 TEST_F(TcpFlowTest, CloseStillHandsOverWhatWasAcceptedToASlowPeerThatTalks)

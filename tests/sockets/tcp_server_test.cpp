@@ -75,22 +75,5 @@ TEST_F(TcpServerTest, APeerThatResetsBeforeItIsServedIsAnError)
     EXPECT_EQ((Events{"request", "error 10054"}), events);
 }
 
-TEST_F(TcpServerTest, ConnectionsThatItClosesLeaveNothingBehind)
-{
-    const std::uint16_t port = Listen();
-    const std::size_t before = OpenDescriptors();
-    for (int time = 0; time < 100; ++time) {
-        Peer peer = Peer::ConnectTo(port);
-        ASSERT_TRUE(Happens("request"));
-        socket.SendData("record");
-        socket.Close();
-        ASSERT_EQ("record", peer.ReceiveAll());
-        events.clear();
-        socket.Listen();
-    }
-    EXPECT_TRUE(WaitFor([&] { return OpenDescriptors() == before; }))
-        << OpenDescriptors() << " from " << before;
-}
-
 }  // namespace
 }  // namespace platform::sockets
