@@ -46,7 +46,7 @@ void ExpectReports(const std::vector<Case>& cases, std::string Settings::*settin
         SCOPED_TRACE(c.sound.protocol + ' ' + c.sound.role + " \"" + c.entry + '"');
         {
             RunningProgram typed(c.sound);
-            EXPECT_TRUE(typed.ReportsStart(c.sound.role == "Listen" ? Listening("5015", 1) : Texts{}));
+            EXPECT_TRUE(typed.Reports(c.sound.role == "Listen" ? Listening("5015", 1) : Texts{}));
             (typed.Window().*box).SetText(c.entry);
             typed.Play(c.interval);
             EXPECT_TRUE(typed.Reports(c.onPlay));
@@ -54,7 +54,7 @@ void ExpectReports(const std::vector<Case>& cases, std::string Settings::*settin
         Settings settings = c.sound;
         settings.*setting = c.entry;
         RunningProgram saved(settings);
-        EXPECT_TRUE(saved.ReportsStart(c.atStart));
+        EXPECT_TRUE(saved.Reports(c.atStart));
     }
 }
 
@@ -121,7 +121,6 @@ TEST(OddRecords, GoOutWholeOrAreRefusedAloneAndRecorded)
 
     Peer receiver = Peer::Datagrams();
     RunningProgram datagrams({.protocol = "UDP", .port = receiver.PortText()}, records);
-    EXPECT_TRUE(datagrams.ReportsStart());
     datagrams.Play("1");
     EXPECT_TRUE(datagrams.Reports({"  File Complete", "10040" + kTick}));
     for (const std::string& record : {std::string(), longest, std::string("last")})
@@ -129,7 +128,6 @@ TEST(OddRecords, GoOutWholeOrAreRefusedAloneAndRecorded)
 
     Peer member = Peer::InGroup("239.1.2.3");
     RunningProgram group({.protocol = "MCAST", .address = "239.1.2.3", .port = member.PortText()}, records);
-    EXPECT_TRUE(group.ReportsStart());
     group.Play("1");
     EXPECT_TRUE(group.Reports({"  File Complete", "9" + kTick, "10040" + kTick}));
     for (const std::string& record : {longest, std::string("last")})

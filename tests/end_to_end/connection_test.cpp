@@ -102,7 +102,6 @@ TEST(ClientConnection, AttemptsFollowEachOtherUntilOneSucceedsOrTheOperatorEndsT
 {
     for (const bool succeeds : {false, true}) {
         RunningProgram program({.reconnect = "YES"});
-        EXPECT_TRUE(program.ReportsStart());
         program.Play();
         EXPECT_TRUE(WaitFor([&] { return program.LinesWaiting() >= 30; }));
         const int attempts = program.LinesWaiting() / 3 + 1;  // the last of them is under way
@@ -126,7 +125,7 @@ TEST(ClientConnection, AttemptsFollowEachOtherUntilOneSucceedsOrTheOperatorEndsT
 TEST(ServerConnection, ServesOnePeerAfterTheOtherHoweverTheyLeave)
 {
     RunningProgram program(kServer);
-    EXPECT_TRUE(program.ReportsStart({kListening}));
+    EXPECT_TRUE(program.Reports({kListening}));
     Peer first = ServedPeer(program);
     program.SendRecords(1);
     EXPECT_EQ(first.Receive(3), "one");
@@ -149,7 +148,7 @@ TEST(ServerConnection, ServesOnePeerAfterTheOtherHoweverTheyLeave)
 TEST(ServerConnection, ARecordWithoutAPeerIsConsumedAndRecorded)
 {
     RunningProgram program(kServer);
-    EXPECT_TRUE(program.ReportsStart({kListening}));
+    EXPECT_TRUE(program.Reports({kListening}));
     program.Play("1");
     EXPECT_TRUE(program.Reports({kListening, kListening, "  File Complete", kNoPeer, kNoPeer, kNoPeer}));
     EXPECT_EQ(program.RecordsShown(), 3);
@@ -159,7 +158,7 @@ TEST(ServerConnection, APortThatIsTakenFailsEachWhoListens)
 {
     std::optional<Peer> other = ListeningPeer();
     RunningProgram program(kServer);
-    EXPECT_TRUE(program.ReportsStart({"10048|frmConnect.SetWinsockSettings"}));
+    EXPECT_TRUE(program.Reports({"10048|frmConnect.SetWinsockSettings"}));
     program.Play();
     EXPECT_TRUE(program.Reports({"10048|frmConnect.SetWinsockSettings", "10048|frmConnect.cmdPlayPause"}));
     other.reset();
@@ -185,7 +184,7 @@ TEST(ServerConnection, APortThatIsTakenFailsEachWhoListens)
 TEST(ServerConnection, PeersComeAndGoAThousandTimesWithoutLeavingAnythingBehind)
 {
     RunningProgram program(kServer);
-    EXPECT_TRUE(program.ReportsStart({kListening}));
+    EXPECT_TRUE(program.Reports({kListening}));
     const std::size_t before = OpenDescriptors();
     for (int time = 0; time < 1000; ++time) {
         Peer peer = Peer::ConnectTo(kPort);
@@ -200,7 +199,6 @@ TEST(ServerConnection, PeersComeAndGoAThousandTimesWithoutLeavingAnythingBehind)
 TEST(DatagramConnection, AReceiverThatStartsLateGetsTheLaterRecords)
 {
     RunningProgram program({.protocol = "UDP"});
-    EXPECT_TRUE(program.ReportsStart());
     program.SendRecords(2);
     Peer receiver = Peer::Datagrams("127.0.0.1", kPort);
     program.SendRecords(1);
@@ -210,7 +208,7 @@ TEST(DatagramConnection, AReceiverThatStartsLateGetsTheLaterRecords)
 TEST(DatagramConnection, AReceiverThatSaysHelloGetsTheFeed)
 {
     RunningProgram program({.protocol = "UDP", .role = "Listen"});
-    EXPECT_TRUE(program.ReportsStart({kListening}));
+    EXPECT_TRUE(program.Reports({kListening}));
     program.SendRecords(1);
     EXPECT_TRUE(program.Reports({kListening, kListening, kNoPeer}));
     Peer receiver = Peer::Datagrams();
@@ -229,7 +227,6 @@ TEST(GroupConnection, WhatTheNetworkRefusesClosesTheGroupUnlessReconnectOpensItA
         const FreshNetwork network;
         RunningProgram program(
             {.protocol = "MCAST", .address = kGroup, .reconnect = reconnects ? "YES" : "NO"});
-        EXPECT_TRUE(program.ReportsStart());
         program.SendRecords(1);
         EXPECT_TRUE(program.Reports({refused}));
         program.SendRecords(1);

@@ -4,24 +4,6 @@
 
 namespace {
 
-TEST(Replay, SendsEveryRecordInOrderAndStopsOneTickLater)
-{
-    Program program;
-    program.StartConnected();
-    program.Tick(3);
-    EXPECT_EQ(program.WinsockConnect.sent, (Texts{"first", "second", "third"}));
-    EXPECT_EQ(program.DataViewList.lines, program.WinsockConnect.sent);
-    EXPECT_EQ(program.DataViewList.selected, 2);
-    EXPECT_EQ(program.txtDBTime.text, "2021-05-14 10:20:32");
-    EXPECT_EQ(program.TakeStatus(), Texts{});
-    EXPECT_TRUE(program.tmrSendData.enabled);
-    program.Tick();
-    EXPECT_FALSE(program.tmrSendData.enabled);
-    program.cmdPlay.OnClick();
-    program.Tick();
-    EXPECT_EQ(program.TakeStatus(), Texts(2, "  File Complete"));
-}
-
 TEST(Replay, ATickGoesThroughItsStepsInOrder)
 {
     Program program;

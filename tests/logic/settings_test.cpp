@@ -4,25 +4,6 @@
 
 namespace {
 
-TEST(LoadSettings, FillsControlsAndVariables)
-{
-    Program program;
-    program.Start({{"Interval", "100.5"},
-                   {"IpAddress", "10.0.0.7"},
-                   {"PortNumber", "6001"},
-                   {"Connect", "listen"},
-                   {"Protocol", "udp"},
-                   {"Reconnect", "Yes"}});
-    EXPECT_EQ(program.txtTimerInterval.text, "100");
-    EXPECT_EQ(program.tmrSendData.interval, 100);
-    EXPECT_EQ(program.txtIPAddress.text, "10.0.0.7");
-    EXPECT_EQ(program.txtPortNumber.text, "6001");
-    EXPECT_EQ(program.cboConnect.text, "Listen");
-    EXPECT_EQ(program.cboProtocol.text, "UDP");
-    EXPECT_EQ(program.chkReconnect.value, 1);
-    EXPECT_EQ(program.txtFilePath.text, "/data/shop.mdb");
-}
-
 TEST(LoadSettings, AcceptsOrRefusesTheInterval)
 {
     struct Case {

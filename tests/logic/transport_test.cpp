@@ -4,34 +4,6 @@
 
 namespace {
 
-TEST(TransportSetUp, PreparesTheSocketForProtocolAndRole)
-{
-    struct Case {
-        const char* protocol;
-        const char* role;
-        Texts calls;
-        Texts status;
-    };
-    const Texts opened = {"  Database Initialized"};
-    const Texts listening = {"  Database Initialized", "  Listening on Port 6000  "};
-    const std::string host = "SetRemoteHost 239.1.2.3";
-    for (const Case& c :
-         {Case{"TCP", "Connect", {"State", "SetProtocol TCP", host, "SetRemotePort 6000"}, opened},
-          Case{"UDP", "Connect", {"State", "SetProtocol UDP", host, "SetRemotePort 6000"}, opened},
-          Case{"TCP", "Listen", {"State", "SetProtocol TCP", "SetLocalPort 6000", "Listen"}, listening},
-          Case{"UDP", "Listen", {"State", "SetProtocol UDP", "Bind 6000"}, listening},
-          Case{"MCAST", "Listen", {"OpenGroup 239.1.2.3 6000"}, opened}}) {
-        SCOPED_TRACE(c.protocol);
-        Program program;
-        program.Load({{"IpAddress", "239.1.2.3"},
-                      {"PortNumber", "6000"},
-                      {"Connect", c.role},
-                      {"Protocol", c.protocol}});
-        EXPECT_EQ(program.TakeSocketCalls(), c.calls);
-        EXPECT_EQ(program.TakeStatus(), c.status);
-    }
-}
-
 TEST(TransportSetUp, TakesThePortAsANumber)
 {
     struct Case {

@@ -60,7 +60,8 @@ TEST_F(MulticastTest, AWrongArgumentIsAFailure)
         {"", kPort},           {"127.0.0.1", kPort}, {"::1", kPort}, {"localhost", kPort},
         {"239.1. 2.3", kPort}, {kGroup, 0},          {kGroup, -1},   {kGroup, 65536}};
     for (const auto& [group, port] : cases) {
-        EXPECT_EQ(failure::kInvalidPropertyValue, FailureOf([&] { control.OpenGroup(group, port); })) << group;
+        EXPECT_EQ(failure::kInvalidPropertyValue, FailureOf([&] { control.OpenGroup(group, port); }))
+            << group;
         EXPECT_EQ(failure::kInvalidPropertyValue,
                   FailureOf([&] { control.SendToGroup(kRecord, group, port); }));
     }
@@ -73,9 +74,11 @@ TEST_F(MulticastTest, TheBestInterfaceOfTheMomentCarriesTheRecord)
     const FreshNetwork network;
     FreshNetwork::BringLoopBackUp();
     EXPECT_TRUE(Reaches(Peer::InGroup(kGroup))) << "without a route";
-    FreshNetwork::Run("ip link add outward type veth peer name farside && "
-                      "ip address add 10.1.2.3/24 dev outward && ip link set outward up");
-    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup, 0, "outward"))) << "without a route, past one without multicast";
+    FreshNetwork::Run(
+        "ip link add outward type veth peer name farside && "
+        "ip address add 10.1.2.3/24 dev outward && ip link set outward up");
+    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup, 0, "outward")))
+        << "without a route, past one without multicast";
     FreshNetwork::Run("ip route add 224.0.0.0/4 dev lo");
     EXPECT_TRUE(Reaches(Peer::InGroup(kGroup))) << "a route comes up later";
 }

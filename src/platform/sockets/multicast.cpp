@@ -3,7 +3,6 @@
 #include <sys/socket.h>
 
 #include <cerrno>
-#include <limits>
 #include <span>
 
 #include "platform/failure_numbers.h"
@@ -19,10 +18,7 @@ SocketAddress CheckedGroup(const std::string& address, std::int32_t port)
     auto group = AddressFromText(WithoutBlanksAround(address));
     if (!group || !group->IsGroup())
         throw Failure(failure::kInvalidPropertyValue, "\"" + address + "\" is not a multicast group");
-    if (port < 1 || port > std::numeric_limits<std::uint16_t>::max())
-        throw Failure(failure::kInvalidPropertyValue,
-                      "Port " + std::to_string(port) + " is outside 1 to 65535");
-    group->SetPort(static_cast<std::uint16_t>(port));
+    group->SetPort(CheckedPort(port, 1));
     return *group;
 }
 
