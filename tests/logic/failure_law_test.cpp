@@ -115,6 +115,14 @@ void ExpectLaw(const Procedure& procedure, bool abandons)
 const auto kStartConnected = [](Program& program) { program.StartConnected(); };
 const auto kStartListening = [](Program& program) { program.StartPlaying({{"Connect", "Listen"}}); };
 
+/// The next tick finds the socket closed, and connected after its pauses.
+void PlayUnconnected(Program& program, const char* role)
+{
+    program.StartPlaying({{"Reconnect", "YES"}, {"Connect", role}});
+    program.WinsockConnect.state = platform::WinsockControl::kClosed;
+    program.events.onPass = [&] { program.WinsockConnect.state = platform::WinsockControl::kConnected; };
+}
+
 /// Settings of every kind, and no database file, so that opening it fails quietly.
 void HaveAllSettings(Program& program)
 {
@@ -130,13 +138,19 @@ TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
 {
     const Texts whatIsSaved = {"files.FileExists",   "txtTimerInterval.Text", "txtIPAddress.Text",
                                "txtPortNumber.Text", "cboProtocol.Text",      "cboConnect.Text"};
+    const auto tick = [](const std::function<void(Program&)>& prepare) {
+        return Procedure{.name = "frmConnect.tmrSendData",
+                         .prepare = prepare,
+                         .run = [](Program& program) { program.Tick(); },
+                         .untried = {"WinsockConnect.State", "TransactionSet.RecordCount",
+                                     "TransactionSet.AtEOF", "chkTransferTime.Value",
+                                     "TransactionSet.Field rawtransaction", "events.ProcessPending"},
+                         .sameStep = {{"TransactionSet.Field timestamp", {"txtDBTime.SetText"}}}};
+    };
     const Procedure procedures[] = {
-        {.name = "frmConnect.tmrSendData",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.Tick(); },
-         .untried = {"WinsockConnect.State", "TransactionSet.RecordCount", "TransactionSet.AtEOF",
-                     "chkTransferTime.Value", "TransactionSet.Field rawtransaction"},
-         .sameStep = {{"TransactionSet.Field timestamp", {"txtDBTime.SetText"}}}},
+        tick(kStartConnected),
+        tick([](Program& program) { PlayUnconnected(program, "Connect"); }),
+        tick([](Program& program) { PlayUnconnected(program, "Listen"); }),
         {.name = "frmConnect.cmdClear",
          .prepare = kStartConnected,
          .run = [](Program& program) { program.cmdClear.OnClick(); }},

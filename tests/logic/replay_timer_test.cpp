@@ -40,6 +40,8 @@ TEST(Replay, MulticastSendsBytesAndLooksAtNoSocketState)
     program.engine.rows = {{{"rawtransaction", "\xE2\x82\xAC 5"}, {"timestamp", "a"}}};
     program.StartPlaying({{"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}});
     program.chkTransferTime.value = 1;
+    program.txtIPAddress.text = "239.9.9.9";
+    program.txtPortNumber.text = "6000";
     program.Tick();
     EXPECT_EQ(program.TakeSocketCalls(), Texts{"SendToGroup 239.1.2.3 5015"});
     EXPECT_EQ(program.MCSockConnect.sent, Texts{"\x80 5"});
@@ -86,6 +88,22 @@ TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
         EXPECT_EQ(program.TakeStatus(), c.status);
         EXPECT_EQ(program.tmrSendData.enabled, c.running);
     }
+}
+
+TEST(Replay, WhatIsAppliedInTheFirstPauseCountsForTheReopening)
+{
+    Program program;
+    program.StartPlaying();
+    program.WinsockConnect.state = 0;
+    int passes = 0;
+    program.events.onPass = [&] {
+        if (++passes == 1) {
+            program.chkReconnect.value = 1;
+            program.cmdApply.OnClick();
+        }
+    };
+    program.Tick();
+    EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved", "   Connecting to "}));
 }
 
 TEST(Replay, ATestThatFailsCountsAsPassed)

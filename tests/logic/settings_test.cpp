@@ -31,15 +31,20 @@ TEST(LoadSettings, AcceptsOrRefusesTheInterval)
     }
 }
 
-TEST(LoadSettings, ARefusedListTextReachesTheVariableAndHidesNoEarlierFailure)
+TEST(LoadSettings, ARefusedListTextLeavesNoRecordAndHidesNoEarlierFailure)
 {
-    Program program;
-    program.Start({{"Interval", "-5"}, {"Protocol", "MCAST"}, {"Connect", "Both"}, {"PortNumber", "6001"}});
-    EXPECT_EQ(program.cboConnect.text, "Connect");
-    EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.LoadConfigSettings"});
-    program.WinsockConnect.OnConnect();
-    EXPECT_EQ(program.TakeStatus(), Texts{"  Connected on Port 6001  "})
-        << "the role is Both, which is no client";
+    const std::vector<std::pair<const char*, const char*>> cases = {{"Connect", "  Connected to IP   "},
+                                                                    {"Both", "  Connected on Port 6001  "}};
+    for (const auto& [role, connected] : cases) {
+        Program program;
+        program.tmrSendData.enabled = true;
+        program.Start({{"Interval", "-5"}, {"Protocol", "MCAST"}, {"Connect", role}, {"PortNumber", "6001"}});
+        EXPECT_EQ(program.cboConnect.text, "Connect");
+        EXPECT_FALSE(program.tmrSendData.enabled);
+        EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.LoadConfigSettings"});
+        program.WinsockConnect.OnConnect();
+        EXPECT_EQ(program.TakeStatus(), Texts{connected});
+    }
 }
 
 TEST(LoadSettings, OnlyYesTicksReconnect)
@@ -77,14 +82,17 @@ TEST(Apply, ClearsThenSavesEveryEntry)
                              "Database File FilePath=/data/shop.mdb" + file}));
 }
 
-TEST(Apply, SavesAnIntervalThatIsNoNumberAndRecordsIt)
+TEST(Apply, SavesAnIntervalThatFitsNoIntegerAndRecordsIt)
 {
-    Program program;
-    program.Start();
-    program.txtTimerInterval.text = "soon";
-    program.cmdApply.OnClick();
-    EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), "soon");
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.SaveConfigSettings"});
+    for (const char* interval : {"soon", "40000"}) {
+        Program program;
+        program.Start();
+        program.txtTimerInterval.text = interval;
+        program.cmdApply.OnClick();
+        EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), interval);
+        EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
+        EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.SaveConfigSettings"});
+    }
 }
 
 TEST(Apply, WithoutASettingsFileWritesNothing)

@@ -34,17 +34,26 @@ TEST(TransactionDatabase, IsOpenedAsItsLastThreeCharactersSay)
 
 TEST(TransactionDatabase, AFailureIsRecordedAndKeepsTheReplayIdle)
 {
-    Program program;
-    program.StartConnected();
-    program.journal.FailOn("engine.OpenDatabase",
-                           {platform::failure::kInvalidPassword, "not a valid password"});
-    program.OpenFile("/data/shop.mdb");
-    EXPECT_EQ(program.TakeStatus(), Texts{" Error Initializing Database"});
-    EXPECT_EQ(program.TakeRecords(), Texts{"3031|not a valid password|frmConnect.InitializeDB"});
-    program.WinsockConnect.state = platform::WinsockControl::kConnected;
-    program.Tick();
-    EXPECT_EQ(program.WinsockConnect.sent, Texts{});
-    EXPECT_EQ(program.TakeStatus(), Texts{});
+    const std::string error = " Error Initializing Database";
+    const std::vector<std::pair<const char*, Texts>> cases = {
+        {"engine.OpenDatabase", {error}},
+        {"TransactionDB.OpenRecordset", {error}},
+        {"txtFilePath.SetText", {"  Database Initialized", error}}};
+    for (const auto& [failing, status] : cases) {
+        SCOPED_TRACE(failing);
+        Program program;
+        program.StartConnected();
+        program.journal.FailOn(failing, {platform::failure::kInvalidPassword, "not a valid password"});
+        program.OpenFile("/data/shop.mdb");
+        EXPECT_EQ(program.TakeStatus(), status);
+        EXPECT_EQ(program.TakeRecords(), Texts{"3031|not a valid password|frmConnect.InitializeDB"});
+        program.WinsockConnect.state = platform::WinsockControl::kConnected;
+        program.Tick();
+        EXPECT_EQ(program.WinsockConnect.sent, Texts{});
+        program.cmdClear.OnClick();
+        EXPECT_EQ(program.TakeCalls({"TransactionSet"}), Texts{"MoveFirst"}) << "an open set is kept";
+        EXPECT_EQ(program.TakeStatus(), Texts{"  Data Reset"});
+    }
 }
 
 TEST(TransactionDatabase, OpeningAgainStartsAtTheFirstRow)

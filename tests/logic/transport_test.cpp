@@ -27,6 +27,36 @@ TEST(TransportSetUp, TakesThePortAsANumber)
     }
 }
 
+TEST(TransportSetUp, EndsAtTheFirstFailureAndPlayGoesOn)
+{
+    const std::vector<std::pair<const char*, Texts>> cases = {
+        {"txtIPAddress.Text", {}},
+        {"WinsockConnect.SetProtocol", {"SetProtocol TCP"}},
+        {"WinsockConnect.SetRemoteHost", {"SetProtocol TCP", "SetRemoteHost 127.0.0.1"}}};
+    for (const auto& [failing, calls] : cases) {
+        Program program;
+        program.Start();
+        program.journal.FailOn(failing);
+        program.cmdPlay.OnClick();
+        Texts expected = {"State", "State"};
+        expected.insert(expected.end(), calls.begin(), calls.end());
+        expected.insert(expected.end(), {"Close", "Connect"});
+        EXPECT_EQ(program.TakeSocketCalls(), expected) << failing;
+        EXPECT_TRUE(program.tmrSendData.enabled);
+        EXPECT_EQ(program.TakeRecords(), Texts{"5|told to fail|frmConnect.SetWinsockSettings"});
+    }
+}
+
+TEST(ConnectionEvents, AFailedReconnectionIsASecondRecord)
+{
+    Program program;
+    program.StartPlaying({{"Reconnect", "YES"}});
+    program.journal.FailOn("WinsockConnect.Connect");
+    program.WinsockConnect.OnError(7, "peer");
+    const std::string name = "|frmConnect.WinsockConnect.Error";
+    EXPECT_EQ(program.TakeRecords(), (Texts{"7|peer" + name, "5|told to fail" + name}));
+}
+
 TEST(ConnectionEvents, ArrivingDataOnlyMovesTheHeartbeat)
 {
     Program program;
@@ -51,8 +81,31 @@ TEST(ConnectionEvents, AnErrorSavesTheSettingsAndPausesOnlyToReconnect)
         program.WinsockConnect.OnError(10054, "The peer reset the connection");
         EXPECT_EQ(program.tmrSendData.enabled, c.runsOn) << c.reconnect << c.role;
         EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), "77");
+        EXPECT_EQ((program.profile.values[{"TCP/IP Settings", "Reconnect"}]), c.reconnect);
         EXPECT_EQ(program.TakeRecords(),
                   Texts{"10054|The peer reset the connection|frmConnect.WinsockConnect.Error"});
+    }
+}
+
+TEST(ConnectionEvents, WhatAnErrorSavedCountsForTheNextTick)
+{
+    const std::vector<std::pair<const char*, const char*>> cases = {{"Connect", "Connect 10.0.0.9 6000"},
+                                                                    {"Listen", "Listen"}};
+    for (const auto& [role, reopening] : cases) {
+        Program program;
+        program.StartConnected();
+        program.txtIPAddress.text = "10.0.0.9";
+        program.txtPortNumber.text = "6000";
+        program.cboConnect.text = role;
+        program.chkReconnect.value = 1;
+        program.WinsockConnect.OnError(10054, "peer");
+        program.TakeSocketCalls();
+        program.Tick();
+        Texts calls = program.TakeSocketCalls();
+        std::erase(calls, "State");
+        calls.resize(2);
+        EXPECT_EQ(calls, (Texts{"Close", reopening}));
+        EXPECT_EQ(program.TakeRecords(), Texts{"10054|peer|frmConnect.WinsockConnect.Error"});
     }
 }
 

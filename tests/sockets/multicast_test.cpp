@@ -1,5 +1,7 @@
 #include "platform/sockets/multicast.h"
 
+#include <cstdlib>
+
 #include "sockets/fresh_network.h"
 #include "sockets/winsock_fixture.h"
 
@@ -100,6 +102,23 @@ TEST_F(MulticastTest, WhatTheNetworkRefusesIsAnEventUntilTheGroupIsClosed)
         EXPECT_TRUE(ComesToRest());
         EXPECT_EQ(std::vector<int>{}, errors) << group;
     }
+}
+
+TEST_F(MulticastTest, ARecordThatFindsTheBuffersFullIsRefusedAlone)
+{
+    const FreshNetwork network;
+    FreshNetwork::Run(
+        "ip link add outward type veth peer name farside && ip link set farside up && "
+        "ip address add 10.1.2.3/24 dev outward && ip link set outward up");
+    if (std::system("tc qdisc add dev outward root tbf rate 64kbit burst 2kb limit 10mb") != 0)
+        GTEST_SKIP() << "this kernel cannot slow an interface down";
+    const std::vector<std::uint8_t> record(60'000);
+    int failure = 0;
+    for (int sent = 0; sent < 100 && failure == 0; ++sent)
+        failure = FailureOf([&] { control.SendToGroup(record, kGroup, kPort); });
+    EXPECT_EQ(failure, failure::kSocketWouldBlock);
+    EXPECT_TRUE(ComesToRest());
+    EXPECT_EQ(errors, std::vector<int>{});
 }
 
 }  // namespace

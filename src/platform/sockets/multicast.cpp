@@ -42,6 +42,12 @@ bool Send(const FileDescriptor& socket, std::span<const std::uint8_t> bytes, con
     return withoutRoute && SendThroughAnyInterface(socket, bytes, group);
 }
 
+/// The record is too long, or comes while this machine's own buffers are full: the next one may go out.
+bool ConcernsThisRecordAlone(int error)
+{
+    return error == EMSGSIZE || error == EAGAIN || error == ENOBUFS;
+}
+
 }  // namespace
 
 void Multicast::OpenGroup(const std::string& groupAddress, std::int32_t port)
@@ -71,7 +77,7 @@ void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::s
     if (Send(socket_, bytes, group))
         return;
     const std::string what = "Cannot send a record to " + group.Text();
-    if (errno == EMSGSIZE)
+    if (ConcernsThisRecordAlone(errno))
         throw SocketFailure(errno, what);
     Report(errno, what);
 }
