@@ -10,12 +10,9 @@
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
-#include "platform/jet/catalogue.h"
 #include "platform/jet/database_file.h"
-#include "platform/jet/index_order.h"
-#include "platform/jet/index_page.h"
+#include "platform/jet/layout.h"
 #include "platform/jet/rc4.h"
-#include "platform/jet/sorted_order.h"
 #include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
@@ -170,6 +167,14 @@ TEST(Database, NamesWhatAQueryLooksForInVain)
     EXPECT_EQ(run("SELECT * FROM TRANS ORDER BY Ref"), 0);
 }
 
+TEST(Rc4, GivesThePublishedStream)
+{
+    const std::array<std::uint8_t, 3> key = {'K', 'e', 'y'};
+    std::array<std::uint8_t, 9> bytes = {'P', 'l', 'a', 'i', 'n', 't', 'e', 'x', 't'};
+    ApplyRc4(key, bytes);
+    EXPECT_EQ(bytes, (std::array<std::uint8_t, 9>{0xBB, 0xF3, 0x16, 0xE8, 0xD9, 0x40, 0xAF, 0x0A, 0xD3}));
+}
+
 /// The same database with the pages encoded: the page key stands in the masked header.
 std::string Encoded(std::string bytes)
 {
@@ -263,46 +268,6 @@ TEST_P(FormatTest, ReadsReceiptsOfEveryLengthAsTheyWereWritten)
             ASSERT_EQ(records->Field("datetimestamp"), Value(FromDayNumber(*receipt.datetimestamp)));
             records->MoveNext();
         }
-    }
-}
-
-/// The last entry of a page of an index. Every entry of a node must end the page that it names, which nobody
-/// relies on who reads all rows.
-std::string LastEntry(const PageFile& file, std::uint32_t number)
-{
-    const Page page = file.ReadPage(number);
-    const IndexPage index(page.View(), file.PageLayout());
-    std::string entry;
-    for (std::size_t i = 0; i < index.EntryCount(); ++i) {
-        index.GetEntry(i, entry);
-        if (page.View().U8(0) == static_cast<std::uint8_t>(PageType::kIndexNode))
-            EXPECT_TRUE(entry.starts_with(LastEntry(file, PageBelow(entry)).substr(0, 9))) << number;
-    }
-    return entry;
-}
-
-TEST_P(FormatTest, AnIndexAndASortGiveTheSameOrder)
-{
-    const struct {
-        std::int32_t count;
-        std::int32_t first;
-        std::int32_t step;
-    } cases[] = {
-        {1, -5, 1},          {299, 1, 1},          {300, 1, 1},  // round a full page of Jet 3
-        {602, 1, 1},         {603, 1, 1},                        // and of Jet 4
-        {2'000, -900, 1},    {60'000, -30'000, 1},               // two levels and three
-        {2'000, 1, 400'000},                                     // keys that share little
-    };
-    for (const auto& [count, first, step] : cases) {
-        SCOPED_TRACE(count);
-        std::vector<Receipt> receipts;
-        for (std::int32_t i = 0; i < count; ++i)
-            receipts.push_back({first + i * 11 % count * step, std::nullopt, kNoon, std::nullopt});
-        const PageFile file(Memory(DatabaseBytes(receipts, options_)), "memory");
-        const TableDefinition table = FindTable(file, "trans");
-        const Column& ref = *table.Find("ref");
-        EXPECT_TRUE(PositionsByIndex(file, table, ref) == PositionsBySorting(file, table, ref));
-        (void)LastEntry(file, table.indexes.at(0).rootPage);
     }
 }
 
