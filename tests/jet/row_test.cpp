@@ -67,6 +67,14 @@ TEST(Row, IsReadWhereverItsTextsBegin)
         ExpectRowIsRead(lengths);
 }
 
+TEST(Row, OfJet3HasNoUseForAJumpThatOnlyItsOffsetsReach)
+{
+    Bytes bytes = {2, 'F'};
+    bytes.insert(bytes.end(), 251, 'a');
+    bytes.insert(bytes.end(), {253, 2, 0, 1, 0x03});  // offsets, jump, number of texts, mask
+    EXPECT_EQ(TextOf(MakeRow(bytes, Format::kJet3), Variable(1, 0)), std::string(251, 'a'));
+}
+
 TEST(Row, Jet4ColumnsAreNullByMaskByAgeAndByCount)
 {
     // Two columns, the first fixed; one text "xy"; the mask has bits 0 and 1.
