@@ -64,8 +64,6 @@ TEST(ProfileText, CutsAValueAtCharactersNotBytes)
         EXPECT_EQ(FindProfileValue(text, "S", "k", 2), "\xC3\xA9\xC3\xA9");
         EXPECT_EQ(FindProfileValue(text, "S", "k", 0), "");
     }
-    const std::string longText = "[S]\nk=" + std::string(300, 'x');
-    EXPECT_EQ(FindProfileValue(longText, "S", "k", kLimit), std::string(255, 'x'));
 }
 
 TEST(ProfileText, ChangesNoByteButTheValue)

@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 
-#include "make_database/receipt_reader.h"
 #include "support/files.h"
 #include "support/run_command.h"
 #include "support/temporary_folder.h"
@@ -50,8 +47,8 @@ TEST_F(MakeDatabaseTest, MakesWhatItsOptionsSay)
         EXPECT_EQ(ReadFile(out)[0x14], pageSize == 4096 ? 1 : 0);
         databases.insert(ReadFile(out));
         if (HasMdbExport()) {
-            const std::vector<std::vector<std::string>> rows = {{"2", "two\nlines", "NULL", "NULL"},
-                                                                {"-1", "\xE2\x82\xAC", "NULL", "NULL"}};
+            const std::vector<Texts> rows = {{"2", "two\nlines", "NULL", "NULL"},
+                                             {"-1", "\xE2\x82\xAC", "NULL", "NULL"}};
             EXPECT_EQ(MdbExport(ReadFile(out)), rows);
         }
     }
@@ -94,24 +91,6 @@ TEST_F(MakeDatabaseTest, ShowsItsUsage)
     const CommandOutcome help = RunCommand(MAKE_DATABASE " --help");
     EXPECT_NE(help.output.find("--no-index"), std::string::npos);
     EXPECT_EQ(help.exitCode, 0);
-}
-
-TEST_F(MakeDatabaseTest, TheSampleRisesOverItsDayAndCanBeSentInCodePage1252)
-{
-    std::ifstream csv(SHOP_DAY, std::ios::binary);
-    tools::ReceiptReader reader(csv);
-    std::vector<tools::Receipt> receipts;
-    for (tools::Receipt receipt; reader.Next(receipt);)
-        receipts.push_back(receipt);
-    ASSERT_GT(receipts.size(), 300U);
-    for (std::size_t i = 1; i < receipts.size(); ++i) {
-        EXPECT_LT(receipts[i - 1].ref, receipts[i].ref);
-        EXPECT_LT(receipts[i - 1].timestamp, receipts[i].timestamp);
-        EXPECT_LT(receipts[i - 1].datetimestamp, receipts[i].datetimestamp);
-    }
-    tools::DatabaseOptions jet3;
-    jet3.format = tools::Format::kJet3;
-    EXPECT_NO_THROW((void)tools::DatabaseBytes(receipts, jet3));
 }
 
 }  // namespace
