@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/files/errno_failure.h"
+#include "platform/posix/read_fully.h"
 
 namespace platform::files {
 namespace {
@@ -90,17 +91,10 @@ struct stat StatusOf(const FileDescriptor& file, const std::string& path)
 std::size_t ReadAt(const FileDescriptor& file, std::int64_t position, char* bytes, std::size_t size,
                    const std::string& path)
 {
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t count =
-            ::pread(file.Number(), bytes + done, size - done, position + static_cast<std::int64_t>(done));
-        if (count < 0 && errno != EINTR)
-            ThrowErrno(path);
-        if (count == 0)
-            break;
-        done += count > 0 ? static_cast<std::size_t>(count) : 0;
-    }
-    return done;
+    const auto count = ReadFully(file, static_cast<std::uint64_t>(position), bytes, size);
+    if (!count)
+        ThrowErrno(path);
+    return *count;
 }
 
 std::string ReadAll(const FileDescriptor& file, const std::string& path)
