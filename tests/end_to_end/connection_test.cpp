@@ -205,21 +205,6 @@ TEST(DatagramConnection, AReceiverThatStartsLateGetsTheLaterRecords)
     EXPECT_EQ(receiver.ReceiveDatagram(), "three");
 }
 
-TEST(DatagramConnection, AReceiverThatSaysHelloGetsTheFeed)
-{
-    RunningProgram program({.protocol = "UDP", .role = "Listen"});
-    EXPECT_TRUE(program.Reports({kListening}));
-    program.SendRecords(1);
-    EXPECT_TRUE(program.Reports({kListening, kListening, kNoPeer}));
-    Peer receiver = Peer::Datagrams();
-    receiver.SendTo(kPort, "hello");
-    EXPECT_TRUE(WaitFor([&] { return !program.Window().txtHeartbeat.Text().empty(); }));
-    program.SendRecords(2);
-    EXPECT_EQ(receiver.ReceiveDatagram(), "two");
-    EXPECT_EQ(receiver.ReceiveDatagram(), "three");
-    EXPECT_TRUE(program.Reports({kListening, kListening}));
-}
-
 TEST(GroupConnection, WhatTheNetworkRefusesClosesTheGroupUnlessReconnectOpensItAnew)
 {
     const std::string refused = " Error on Multicast Sock on 239.1.2.3 : 5015";

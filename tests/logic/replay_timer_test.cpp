@@ -137,21 +137,6 @@ TEST(Replay, ATestThatFailsCountsAsPassed)
     }
 }
 
-TEST(Replay, AFailedComparisonOfTheStateStopsTheReplayWithoutARecord)
-{
-    Program program;
-    program.StartPlaying();
-    program.WinsockConnect.state = 0;
-    int passes = 0;
-    program.events.onPass = [&] {
-        if (++passes == 2)
-            program.journal.FailAt(program.journal.Calls().size() + 1);
-    };
-    program.Tick();
-    EXPECT_EQ(program.TakeStatus(), Texts{" Error with Winsock State: 0"});
-    EXPECT_FALSE(program.tmrSendData.enabled);
-}
-
 TEST(Replay, AFileThatFailedToOpenInAPauseDoesNotEndTheTick)
 {
     Program program;
