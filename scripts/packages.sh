@@ -1,4 +1,5 @@
 # Sourced by the other scripts: what they need from Debian 12, and how it gets here.
+# shellcheck shell=bash disable=SC2034
 
 build_packages=(cmake g++ ninja-build qt6-base-dev)
 run_packages=(socat)

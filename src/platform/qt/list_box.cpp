@@ -104,6 +104,15 @@ int ListBox::RowHeight() const
     return std::max(1, fontMetrics().height());
 }
 
+/// A scroll area's paintEvent is its viewport's; its own, of the frame, arrives here only.
+bool ListBox::event(QEvent* event)
+{
+    const bool handled = QAbstractScrollArea::event(event);
+    if (event->type() == QEvent::Paint && hasFocus())
+        PaintFocus();
+    return handled;
+}
+
 void ListBox::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(viewport());
@@ -137,6 +146,14 @@ void ListBox::PaintRow(QPainter& painter, int line, const QRect& row) const
         option.backgroundColor = palette().color(QPalette::Highlight);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
     }
+}
+
+/// Styles mark the focus of a text box in its frame, but of a list in its lines only, and it may have none.
+void ListBox::PaintFocus()
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void ListBox::resizeEvent(QResizeEvent* event)
@@ -196,12 +213,14 @@ void ListBox::contextMenuEvent(QContextMenuEvent* event)
 void ListBox::focusInEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusInEvent(event);
+    update();
     viewport()->update();
 }
 
 void ListBox::focusOutEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusOutEvent(event);
+    update();
     viewport()->update();
 }
 

@@ -36,6 +36,7 @@ public:
     [[nodiscard]] int LinesInView() const;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -50,6 +51,7 @@ private:
     [[nodiscard]] int Count() const;
     [[nodiscard]] int RowHeight() const;
     void PaintRow(QPainter& painter, int line, const QRect& row) const;
+    void PaintFocus();
     void SelectByOperator(int line);
     void SelectAt(const QPoint& position);
     void CopySelected() const;
