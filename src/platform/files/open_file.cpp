@@ -56,7 +56,8 @@ FileDescriptor Open(const std::string& path, int flags)
     FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kReadableAndWritable));
     if (!file.IsOpen())
         ThrowErrno(path);
-    if (S_ISDIR(StatusOf(file, path).st_mode))
+    const bool forReading = (flags & O_ACCMODE) == O_RDONLY;  // the system opens no folder for writing
+    if (forReading && S_ISDIR(StatusOf(file, path).st_mode))
         ThrowError(EISDIR, path);
     return file;
 }

@@ -6,7 +6,9 @@
 
 #include "platform/list_box.h"
 #include "platform/qt/frame_pacer.h"
+#include "platform/qt/line_scroll_bar.h"
 #include "platform/qt/line_store.h"
+#include "platform/qt/row_text.h"
 
 namespace platform::qt {
 
@@ -50,7 +52,7 @@ protected:
 private:
     [[nodiscard]] int Count() const;
     [[nodiscard]] int RowHeight() const;
-    void PaintRow(QPainter& painter, int line, const QRect& row) const;
+    void PaintRow(QPainter& painter, int line, const QRect& row, RowText& texts) const;
     void PaintFocus();
     void SelectByOperator(int line);
     void SelectAt(const QPoint& position);
@@ -58,6 +60,7 @@ private:
     void UpdateScrollBar();
     void ShowChanges();
 
+    LineScrollBar* const scrollBar_;  ///< The widget owns it.
     LineStore lines_;
     int selected_ = -1;
     bool reveal_ = false;    ///< The selected line is to be scrolled into view.
