@@ -38,6 +38,11 @@ std::string Repeated(const std::string& text, int times)
     return result;
 }
 
+std::ptrdiff_t ThreadsOfThisProgram()
+{
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
 class Faults : public testing::Test {
 protected:
     void Save(const std::string& value) { profile_.WritePrivateProfileStringA("S", "key", value, config_); }
@@ -244,8 +249,12 @@ TEST_F(Faults, AProgramThatKeepsTheLockCostsTheRecordAndNoMore)
 {
     WriteFile(log_, kOldRecord);
     {
-        const FileDescriptor holder = OpenAndLock(log_, O_RDONLY);
+        LockWait wait;
+        const FileDescriptor holder = OpenAndLock(log_, O_RDONLY, wait);
         ExpectAppendFails(failure::kPermissionDenied);
+        const auto threads = ThreadsOfThisProgram();
+        ExpectAppendFails(failure::kPermissionDenied);
+        EXPECT_EQ(ThreadsOfThisProgram(), threads) << "it waits once";
     }
     files_.Append(log_, "kept\r\n");
     EXPECT_EQ(ReadFile(log_), kOldRecord + "kept\r\n");

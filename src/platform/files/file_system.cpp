@@ -16,7 +16,7 @@ bool DiskFileSystem::FileExists(const std::string& path) const
 
 void DiskFileSystem::Append(const std::string& path, const std::string& bytes)
 {
-    const FileDescriptor file = OpenAndLock(path, O_WRONLY | O_APPEND | O_CREAT);
+    const FileDescriptor file = OpenAndLock(path, O_WRONLY | O_APPEND | O_CREAT, lockWait_);
     const ssize_t count = ::write(file.Number(), bytes.data(), bytes.size());
     if (count < 0)
         ThrowErrno(path);
@@ -31,7 +31,7 @@ void DiskFileSystem::Append(const std::string& path, const std::string& bytes)
 
 std::unique_ptr<LockedTextFile> DiskFileSystem::OpenLocked(const std::string& path)
 {
-    return std::make_unique<LockedDiskFile>(path);
+    return std::make_unique<LockedDiskFile>(path, lockWait_);
 }
 
 }  // namespace platform::files

@@ -1,13 +1,7 @@
 #include "platform/files/open_file.h"
 
-#include <sys/file.h>
-
 #include <array>
 #include <cerrno>
-#include <chrono>
-#include <future>
-#include <thread>
-#include <utility>
 
 #include "platform/files/errno_failure.h"
 #include "platform/posix/read_fully.h"
@@ -21,24 +15,6 @@ constexpr std::size_t kPiece = std::size_t{64} * 1024;
 /// More than any race with other programs takes (against one that trims without a pause, a hundred and more);
 /// a file system that numbers its files anew at every look must not keep us here for ever.
 constexpr int kMostOpenings = 10'000;
-
-/// Longer than any program of this kind holds the lock of one file, unless it was stopped.
-constexpr std::chrono::seconds kLongestWait{2};
-
-/// Waits in the system's queue, in which every program gets its turn, on a thread that can be left behind:
-/// the lock belongs to the open file, whose last descriptor gives it up.
-bool LockInTurn(const FileDescriptor& file)
-{
-    FileDescriptor same(::fcntl(file.Number(), F_DUPFD_CLOEXEC, 0));
-    std::promise<void> locked;
-    const std::future<void> turn = locked.get_future();
-    std::thread([same = std::move(same), locked = std::move(locked)]() mutable {
-        while (::flock(same.Number(), LOCK_EX) != 0 && errno == EINTR) {
-        }
-        locked.set_value();
-    }).detach();
-    return turn.wait_for(kLongestWait) == std::future_status::ready;
-}
 
 bool StandsAt(const std::string& path, const FileDescriptor& file)
 {
@@ -62,23 +38,16 @@ FileDescriptor Open(const std::string& path, int flags)
     return file;
 }
 
-FileDescriptor OpenAndLock(const std::string& path, int flags)
+FileDescriptor OpenAndLock(const std::string& path, int flags, LockWait& wait)
 {
     FileDescriptor file;
     for (int i = 0; i < kMostOpenings; ++i) {
         file = Open(path, flags);
-        Lock(file, path);
+        wait.Lock(file, path);
         if (StandsAt(path, file))
             break;
     }
     return file;
-}
-
-void Lock(const FileDescriptor& file, const std::string& path)
-{
-    const bool isTaken = ::flock(file.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    if (isTaken && !LockInTurn(file))
-        ThrowError(EACCES, path);
 }
 
 struct stat StatusOf(const FileDescriptor& file, const std::string& path)
