@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <random>
+
+/// The choices of one event. The same seed and event give the same choices, whatever came before.
+class Random {
+public:
+    Random(std::uint64_t seed, std::uint64_t event) : engine_((seed << 32) + event) {}
+
+    /// 0 up to, but not including, the end, which is at least 1.
+    [[nodiscard]] int Below(int end) { return static_cast<int>(engine_() % static_cast<std::uint64_t>(end)); }
+
+    [[nodiscard]] bool OneIn(int times) { return Below(times) == 0; }
+
+    template <class Item>
+    [[nodiscard]] Item Of(std::initializer_list<Item> list)
+    {
+        return std::data(list)[Below(static_cast<int>(list.size()))];
+    }
+
+    template <class List>
+    [[nodiscard]] const auto& Of(const List& list)
+    {
+        return list[static_cast<std::size_t>(Below(static_cast<int>(std::size(list))))];
+    }
+
+private:
+    std::mt19937_64 engine_;
+};
