@@ -3,7 +3,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-#include <string>
+#include <array>
 #include <utility>
 
 #include "fuzz_window/stage.h"
@@ -11,41 +11,37 @@
 #include "platform/sockets/socket_address.h"
 
 using platform::FileDescriptor;
-using platform::sockets::OpenSocket;
-using platform::sockets::SocketAddress;
+using namespace platform::sockets;
 
 namespace {
 
 SocketAddress ProgramAddress()
 {
-    SocketAddress address = platform::sockets::AddressFromText("127.0.0.1").value();
+    SocketAddress address = AddressFromText("127.0.0.1").value();
     address.SetPort(stage::kPort);
     return address;
 }
 
-void Reset(FileDescriptor& connection)
+/// What is closed then is reset.
+void ResetOnClose(const FileDescriptor& connection)
 {
     const linger atOnce{.l_onoff = 1, .l_linger = 0};
     ::setsockopt(connection.Number(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-    connection.Close();
 }
 
 }  // namespace
 
 void Crowd::Change(Random& random)
 {
-    constexpr Manner kManners[] = {Manner::kStall, Manner::kRead, Manner::kFlood, Manner::kEnd,
-                                   Manner::kReset};
-    switch (random.Below(6)) {
+    constexpr Manner kManners[] = {Manner::kStall, Manner::kFlood, Manner::kEnd, Manner::kReset};
+    switch (random.Below(5)) {
         case 0:
             return Listen();
         case 1:
-            return listener_.Close();
-        case 2:
             return Connect(random.OneIn(2) ? 1 : 300);
-        case 3:
+        case 2:
             return SendDatagrams();
-        case 4:
+        case 3:
             return Leave();
         default:
             manner_ = random.Of(kManners);
@@ -54,15 +50,20 @@ void Crowd::Change(Random& random)
 
 void Crowd::Step()
 {
-    Accept();
-    std::erase_if(connections_, [this](FileDescriptor& connection) { return !Behave(connection); });
+    while (listener_.IsOpen()) {
+        FileDescriptor peer(::accept4(listener_.Number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+        if (!peer.IsOpen())
+            break;
+        connections_.push_back(std::move(peer));
+    }
+    std::erase_if(connections_, [this](const FileDescriptor& connection) { return !Stays(connection); });
 }
 
 void Crowd::Leave()
 {
     listener_.Close();
-    for (FileDescriptor& connection : connections_)
-        Reset(connection);
+    for (const FileDescriptor& connection : connections_)
+        ResetOnClose(connection);
     connections_.clear();
 }
 
@@ -70,11 +71,11 @@ void Crowd::Leave()
 void Crowd::Listen()
 {
     const SocketAddress address = ProgramAddress();
-    FileDescriptor socket = OpenSocket(AF_INET, SOCK_STREAM);
-    platform::sockets::SetOption(socket, SOL_SOCKET, SO_REUSEADDR, 1);
-    if (::bind(socket.Number(), address.Data(), address.Size()) == 0 &&
-        ::listen(socket.Number(), SOMAXCONN) == 0)
-        listener_ = std::move(socket);
+    listener_ = OpenSocket(AF_INET, SOCK_STREAM);
+    SetOption(listener_, SOL_SOCKET, SO_REUSEADDR, 1);
+    if (::bind(listener_.Number(), address.Data(), address.Size()) != 0 ||
+        ::listen(listener_.Number(), SOMAXCONN) != 0)
+        listener_.Close();
 }
 
 void Crowd::Connect(int count)
@@ -86,7 +87,7 @@ void Crowd::Connect(int count)
     }
 }
 
-void Crowd::SendDatagrams() const
+void Crowd::SendDatagrams()
 {
     const SocketAddress address = ProgramAddress();
     const FileDescriptor socket = OpenSocket(AF_INET, SOCK_DGRAM);
@@ -94,34 +95,19 @@ void Crowd::SendDatagrams() const
         ::sendto(socket.Number(), "hello", 5, 0, address.Data(), address.Size());
 }
 
-void Crowd::Accept()
+bool Crowd::Stays(const FileDescriptor& connection) const
 {
-    while (listener_.IsOpen()) {
-        FileDescriptor connection(
-            ::accept4(listener_.Number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-        if (!connection.IsOpen())
-            return;
-        connections_.push_back(std::move(connection));
-    }
-}
-
-/// False for a connection that has come to its end.
-bool Crowd::Behave(FileDescriptor& connection) const
-{
-    static const std::string kFlood(std::size_t{64} << 10, 'x');
-    std::string taken(std::size_t{64} << 10, '\0');
+    std::array<char, std::size_t{64} << 10> bytes{};
     switch (manner_) {
-        case Manner::kStall:
-            return true;
-        case Manner::kReset:
-            return Reset(connection), false;
+        case Manner::kFlood:
+            ::send(connection.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+            return ::recv(connection.Number(), bytes.data(), bytes.size(), 0) != 0;
         case Manner::kEnd:
             return false;
-        case Manner::kFlood:
-            ::send(connection.Number(), kFlood.data(), kFlood.size(), MSG_NOSIGNAL);
-            [[fallthrough]];
-        case Manner::kRead:
-            return ::recv(connection.Number(), taken.data(), taken.size(), 0) != 0;
+        case Manner::kReset:
+            ResetOnClose(connection);
+            return false;
+        default:
+            return true;
     }
-    return false;
 }

@@ -5,27 +5,26 @@
 #include "fuzz_window/random.h"
 #include "platform/posix/file_descriptor.h"
 
-/// Peers at the program's port that mean no good. They act when Step is called.
+/// Peers at the program's port that mean no good.
 class Crowd {
 public:
-    /// Begins to listen, stops it, changes how peers behave, sends a crowd of connections or datagrams, or resets
-    /// them all.
+    /// Listens, connects many times, sends datagrams, begins to behave in another manner, or leaves.
     void Change(Random& random);
 
+    /// Accepts who has connected; each connection behaves.
     void Step();
 
     void Leave();
 
 private:
-    enum class Manner { kStall, kRead, kFlood, kEnd, kReset };
+    enum class Manner { kStall, kFlood, kEnd, kReset };
 
     void Listen();
     void Connect(int count);
-    void SendDatagrams() const;
-    void Accept();
-    [[nodiscard]] bool Behave(platform::FileDescriptor& connection) const;
+    static void SendDatagrams();
+    [[nodiscard]] bool Stays(const platform::FileDescriptor& connection) const;
 
-    Manner manner_ = Manner::kRead;
+    Manner manner_ = Manner::kFlood;
     platform::FileDescriptor listener_;
     std::vector<platform::FileDescriptor> connections_;
 };

@@ -1,20 +1,19 @@
 #pragma once
 
-#include <QObject>
 #include <QPoint>
 
 #include "fuzz_window/random.h"
 #include "platform/qt/main_window.h"
 
 /// Hands at the mouse and the keyboard, without a head. What they do comes through the window system to whatever
-/// is in front: the window, a dialog, a list that is open, a menu.
+/// is in front: the window, the file dialog, a list that is open, a menu.
 class Operator {
 public:
     explicit Operator(platform::qt::MainWindow& window) : window_(window) {}
 
     void Act(Random& random);
 
-    /// Closes one dialog, open list or menu; false when there is none.
+    /// Closes what is in front of the window; false when nothing is.
     [[nodiscard]] static bool PutAway();
 
 private:
@@ -22,13 +21,14 @@ private:
     void EnterWhatMakesSense(Random& random);
     void ClickAnywhere(Random& random);
     void PressButton(Random& random);
-    void TypeKeys(Random& random);
+    void TypeKey(Random& random);
     void PasteIntoBox(Random& random);
     void TurnWheel(Random& random);
     void ChangeWindow(Random& random);
 
-    void Click(const QWidget& widget, QPoint position, Qt::MouseButton button, QPoint releaseOffset = {});
-    void Press(int key, Qt::KeyboardModifiers modifiers, const QString& text = {}) const;
+    void Click(const QWidget& widget, QPoint pressed, QPoint released,
+               Qt::MouseButton button = Qt::LeftButton);
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
     platform::qt::MainWindow& window_;
     int milliseconds_ = 0;  ///< what the clicks say of the time

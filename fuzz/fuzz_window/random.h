@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
+#include <iterator>
 #include <random>
 
-/// The choices of one event. The same seed and event give the same choices, whatever came before.
+/// The choices of one event: the same for the same seed and number, whatever came before.
 class Random {
 public:
     Random(std::uint64_t seed, std::uint64_t event) : engine_((seed << 32) + event) {}
@@ -14,12 +14,6 @@ public:
     [[nodiscard]] int Below(int end) { return static_cast<int>(engine_() % static_cast<std::uint64_t>(end)); }
 
     [[nodiscard]] bool OneIn(int times) { return Below(times) == 0; }
-
-    template <class Item>
-    [[nodiscard]] Item Of(std::initializer_list<Item> list)
-    {
-        return std::data(list)[Below(static_cast<int>(list.size()))];
-    }
 
     template <class List>
     [[nodiscard]] const auto& Of(const List& list)

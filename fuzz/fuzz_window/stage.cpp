@@ -1,24 +1,28 @@
 #include "fuzz_window/stage.h"
 
 #include <fcntl.h>
-#include <ifaddrs.h>
 #include <linux/mount.h>
-#include <net/if.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
 #include "make_database/database_writer.h"
 
+namespace fs = std::filesystem;
+
 namespace stage {
 namespace {
+
+const std::string kDisk = "/mnt";
+constexpr std::size_t kDiskSize = std::size_t{16} << 20;
 
 void Check(long result, const char* what)
 {
@@ -26,51 +30,112 @@ void Check(long result, const char* what)
         throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Any address may be typed, so nothing must lead to it.
-void RequireNoWayOut()
+void SetReadOnly(bool readOnly)
 {
-    ifaddrs* addresses = nullptr;
-    Check(::getifaddrs(&addresses), "addresses");
-    bool leadsOut = false;
-    for (const ifaddrs* address = addresses; address != nullptr; address = address->ifa_next)
-        leadsOut |= address->ifa_addr != nullptr && address->ifa_addr->sa_family != AF_PACKET &&
-                    (address->ifa_flags & IFF_LOOPBACK) == 0;
-    ::freeifaddrs(addresses);
-    if (leadsOut)
-        throw std::system_error(EPERM, std::generic_category(), "no network of its own");
+    const unsigned long flags = MS_REMOUNT | MS_BIND;
+    ::mount(nullptr, kDisk.c_str(), nullptr, readOnly ? flags | MS_RDONLY : flags, nullptr);
+}
+
+std::string DatabaseContent()
+{
+    constexpr double kMoment = 38423.5;
+    std::vector<tools::Receipt> receipts;
+    for (const std::string& text : Feed())
+        receipts.push_back({static_cast<std::int32_t>(receipts.size()), text, kMoment, kMoment});
+    const tools::Bytes bytes = tools::DatabaseBytes(receipts);
+    return {bytes.begin(), bytes.end()};
+}
+
+void Fill(const std::string& path, const std::string& content)
+{
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+void PutOverDatabase(const std::string& content)
+{
+    Fill(kDatabase + ".new", content);
+    ::rename((kDatabase + ".new").c_str(), kDatabase.c_str());
+}
+
+void PutRubbishInto(const std::string& path, Random& random)
+{
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    for (int bytes = 0; bytes < 1000; ++bytes) {
+        if (bytes % 50 == 0)
+            file.seekp(random.Below(1'000'000));
+        file.put(static_cast<char>(random.Below(256)));
+    }
+}
+
+/// Nothing, a folder, a pipe without a reader, or a link to itself.
+void PutInPlaceOf(const std::string& path, Random& random)
+{
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+    const int what = random.Below(4);
+    if (what == 1)
+        fs::create_directory(path, ignored);
+    else if (what == 2)
+        ::mkfifo(path.c_str(), S_IRUSR | S_IWUSR);
+    else if (what == 3)
+        fs::create_symlink(path, path, ignored);
 }
 
 }  // namespace
 
 void Build()
 {
-    RequireNoWayOut();
-    Check(::unshare(CLONE_NEWNS), "no mounts of its own");
+    Check(::unshare(CLONE_NEWNS | CLONE_NEWNET), "no mounts and network of its own");
+    Check(std::system("ip link set lo up multicast on && ip route add 224.0.0.0/4 dev lo"), "loop-back");
     Check(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "private mounts");
     mount_attr readOnly{};
     readOnly.attr_set = MOUNT_ATTR_RDONLY;
     Check(::syscall(SYS_mount_setattr, AT_FDCWD, "/", AT_RECURSIVE, &readOnly, sizeof readOnly), "read only");
-    Check(::mount("tmpfs", kDisk.c_str(), "tmpfs", 0, "size=16m"), "disk");
-    std::filesystem::current_path(kDisk);
-}
-
-void SetReadOnly(bool readOnly)
-{
-    const unsigned long flags = MS_REMOUNT | MS_BIND;
-    Check(::mount(nullptr, kDisk.c_str(), nullptr, readOnly ? flags | MS_RDONLY : flags, nullptr), "remount");
+    Check(::mount("tmpfs", kDisk.c_str(), "tmpfs", 0, ("size=" + std::to_string(kDiskSize)).c_str()), "disk");
+    fs::current_path(kDisk);
 }
 
 void Furnish()
 {
     SetReadOnly(false);
-    for (const auto& entry : std::filesystem::directory_iterator(kDisk))
-        std::filesystem::remove_all(entry);
-    std::filesystem::create_directory(kFolder);
-    std::ofstream(kDatabase, std::ios::binary) << DatabaseContent();
-    std::ofstream(kSettings) << "[Timer]\nInterval=1\n[TCP/IP Settings]\nIpAddress=239.1.2.3\nPortNumber="
-                             << kPort
-                             << "\nConnect=Connect\nProtocol=MCAST\nReconnect=NO\n[Database File]\nFilePath="
-                             << kDatabase << "\n";
+    for (const auto& entry : fs::directory_iterator(kDisk))
+        fs::remove_all(entry);
+    fs::create_directory(kFolder);
+    Fill(kDatabase, DatabaseContent());
+    Fill(kSettings,
+         "[Timer]\nInterval=1\n[TCP/IP Settings]\nIpAddress=239.1.2.3\nPortNumber=" + std::to_string(kPort) +
+             "\nConnect=Connect\nProtocol=MCAST\nReconnect=NO\n[Database File]\nFilePath=" + kDatabase +
+             "\n");
+}
+
+void CauseFault(Random& random)
+{
+    const std::string files[] = {kDatabase, kSettings, kLog};
+    switch (random.Below(8)) {
+        case 0:
+            static_cast<void>(::truncate(kDatabase.c_str(), random.Below(500'000)));
+            break;
+        case 1:
+            PutOverDatabase(DatabaseContent());
+            break;
+        case 2:
+            PutOverDatabase("no database");
+            break;
+        case 3:
+            ::rename(kFolder.c_str(), (kDisk + "/elsewhere").c_str());
+            break;
+        case 4:
+            Fill(kDisk + "/filler", std::string(kDiskSize, 'x'));
+            break;
+        case 5:
+            SetReadOnly(random.OneIn(2));
+            break;
+        case 6:
+            PutRubbishInto(random.OneIn(2) ? kDatabase : kSettings, random);
+            break;
+        default:
+            PutInPlaceOf(random.Of(files), random);
+    }
 }
 
 std::vector<std::string> Feed()
@@ -84,19 +149,6 @@ std::vector<std::string> Feed()
             feed.back().resize(kLongest, '=');
     }
     return feed;
-}
-
-std::string DatabaseContent()
-{
-    constexpr double kMoment = 38423.5;
-    std::vector<tools::Receipt> receipts;
-    for (const std::string& text : Feed())
-        receipts.push_back({.ref = static_cast<std::int32_t>(receipts.size()),
-                            .rawtransaction = text,
-                            .timestamp = kMoment,
-                            .datetimestamp = kMoment});
-    const tools::Bytes bytes = tools::DatabaseBytes(receipts);
-    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace stage

@@ -3,30 +3,28 @@
 #include <string>
 #include <vector>
 
-/// Where the program acts: a small disk of its own, all else being read only, so that whatever is clicked in the
-/// file dialog changes nothing of this machine.
+#include "fuzz_window/random.h"
+
+/// Where the program acts: on a small disk, all else being read only, and without a way into any network. So it
+/// does no harm, whatever is clicked and typed.
 namespace stage {
 
-inline const std::string kDisk = "/mnt";
-inline const std::string kFolder = kDisk + "/program";  ///< the executable's directory
+inline const std::string kFolder = "/mnt/program";  ///< the executable's directory
 inline const std::string kDatabase = kFolder + "/receipts.mdb";
 inline const std::string kSettings = kFolder + "/Config.ini";
 inline const std::string kLog = kFolder + "/Trellivan Error.log";
 inline constexpr int kPort = 5015;
 
-/// Makes the disk. Only in a user namespace of its own; throws std::system_error elsewhere. Once, before any
-/// thread runs.
+/// Once, before any thread runs. Throws std::system_error where the process has no namespaces of its own.
 void Build();
 
-/// Lets the disk be written, or not.
-void SetReadOnly(bool readOnly);
-
-/// The folder as it is when all is well, without a log; nothing else is left on the disk.
+/// Leaves nothing on the disk but the folder with settings and database.
 void Furnish();
 
-/// The records of the database, in order, as they go onto the wire.
-[[nodiscard]] std::vector<std::string> Feed();
+/// Does to the program's files what other programs, people or a full disk may do. Faults add up until Furnish.
+void CauseFault(Random& random);
 
-[[nodiscard]] std::string DatabaseContent();
+/// The records of the database, in order.
+[[nodiscard]] std::vector<std::string> Feed();
 
 }  // namespace stage
