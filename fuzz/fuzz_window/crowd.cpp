@@ -83,7 +83,7 @@ void Crowd::Connect(int count)
     const SocketAddress address = ProgramAddress();
     for (; count > 0; --count) {
         connections_.push_back(OpenSocket(AF_INET, SOCK_STREAM));
-        ::connect(connections_.back().Number(), address.Data(), address.Size());
+        (void)::connect(connections_.back().Number(), address.Data(), address.Size());
     }
 }
 

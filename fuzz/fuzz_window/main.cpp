@@ -149,7 +149,7 @@ private:
             crowd_.Step();
             if (event < end)
                 Do(event++);
-            else if (!Operator::PutAway())
+            else if (!operator_->PutAway())
                 loop.quit();
         };
         next();

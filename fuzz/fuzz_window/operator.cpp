@@ -66,6 +66,7 @@ void Operator::Act(Random& random)
 
 bool Operator::PutAway()
 {
+    Press(Qt::Key_Escape);  // also ends the dragging of a file, whose event loop hears of nothing else
     QWidget* const popup = QApplication::activePopupWidget();
     if (popup != nullptr)
         return popup->close();

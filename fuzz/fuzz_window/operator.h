@@ -14,7 +14,7 @@ public:
     void Act(Random& random);
 
     /// Closes what is in front of the window; false when nothing is.
-    [[nodiscard]] static bool PutAway();
+    [[nodiscard]] bool PutAway();
 
 private:
     [[nodiscard]] QWidget& InFront() const;
