@@ -16,6 +16,7 @@
 #include "sockets/peer.h"
 
 /// Of the address sanitizer; g++ 12 has no header for it.
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace checks {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <random>
@@ -18,7 +17,7 @@ public:
     template <class List>
     [[nodiscard]] const auto& Of(const List& list)
     {
-        return list[static_cast<std::size_t>(Below(static_cast<int>(std::size(list))))];
+        return *std::next(std::begin(list), Below(static_cast<int>(std::size(list))));
     }
 
 private:
