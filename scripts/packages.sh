@@ -1,4 +1,5 @@
 # Sourced by the other scripts: what they need from Debian 12, and how it gets here.
+# shellcheck shell=bash disable=SC2034
 
 build_packages=(cmake g++ ninja-build qt6-base-dev)
 run_packages=(socat)
@@ -6,6 +7,7 @@ headless_packages=(imagemagick xdotool xvfb)
 test_packages=(clang-format-14 clang-tidy-14 fonts-dejavu-core iproute2 libgtest-dev locales mdbtools
     nlohmann-json3-dev util-linux)
 bench_packages=(iproute2 libbenchmark-dev mdbtools util-linux)
+coverage_packages=(clang-14 llvm-14)
 
 # Installs those of the named packages that are missing.
 install_packages() {

@@ -13,7 +13,7 @@
 #include "engine/databases.h"
 #include "platform/jet/engine.h"
 #include "platform/posix/file_descriptor.h"
-#include "tools/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -126,7 +126,7 @@ void Register(const TemporaryFolder& folder)
         for (const NamedStorage& storage : kStorages) {
             const std::string name = std::to_string(receipts) + "/" + storage.name;
             const std::string fileName = std::to_string(receipts) + storage.name + ".mdb";
-            const DatabaseFile file(folder.File(fileName), receipts, storage.storage);
+            const DatabaseFile file(folder.Path(fileName), receipts, storage.storage);
             for (const NamedSubject& subject : kSubjects)
                 benchmark::RegisterBenchmark((name + "/" + subject.name).c_str(), Measure, file,
                                              subject.subject)

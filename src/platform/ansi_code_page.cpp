@@ -67,11 +67,20 @@ std::string ToAnsi(std::string_view utf8)
     return bytes;
 }
 
+std::string_view LeadingAscii(std::string_view bytes)
+{
+    const auto* const end =
+        std::ranges::find_if(bytes, [](char c) { return static_cast<signed char>(c) <= 0; });
+    return bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
+}
+
 std::string FromAnsi(std::string_view bytes)
 {
+    const std::string_view ascii = LeadingAscii(bytes);
     std::string utf8;
     utf8.reserve(bytes.size());
-    for (const char byte : bytes)
+    utf8 += ascii;
+    for (const char byte : bytes.substr(ascii.size()))
         AppendCharacter(utf8, AnsiCharacter(static_cast<std::uint8_t>(byte)));
     return utf8;
 }

@@ -1,11 +1,11 @@
 #include "end_to_end/running_program.h"
 
-#include <QTest>
 #include <numeric>
 #include <sstream>
 
 #include "make_database/database_writer.h"
 #include "sockets/event_loop.h"
+#include "support/files.h"
 
 using platform::sockets::ComesToRest;
 using platform::sockets::WaitFor;
@@ -30,13 +30,14 @@ std::string DatabaseOf(const Texts& records)
 
 RunningProgram::RunningProgram(const Settings& settings, const Texts& records)
 {
-    Fill(folder_.Path("receipts.mdb"), DatabaseOf(records));
-    Fill(folder_.Path("Config.ini"),
-         "[Timer]\r\nInterval=" + settings.interval + "\r\n[TCP/IP Settings]\r\nIpAddress=" +
-             settings.address + "\r\nPortNumber=" + settings.port + "\r\nConnect=" + settings.role +
-             "\r\nProtocol=" + settings.protocol + "\r\nReconnect=" + settings.reconnect +
-             "\r\n[Database File]\r\nFilePath=" + settings.database + "\r\n");
+    WriteFile(folder_.Path("receipts.mdb"), DatabaseOf(records));
+    WriteFile(folder_.Path("Config.ini"),
+              "[Timer]\r\nInterval=" + settings.interval + "\r\n[TCP/IP Settings]\r\nIpAddress=" +
+                  settings.address + "\r\nPortNumber=" + settings.port + "\r\nConnect=" + settings.role +
+                  "\r\nProtocol=" + settings.protocol + "\r\nReconnect=" + settings.reconnect +
+                  "\r\n[Database File]\r\nFilePath=" + settings.database + "\r\n");
     trellivan_.Start();
+    EXPECT_EQ(TakeLine(), "  Database Initialized");
 }
 
 RunningProgram::~RunningProgram()
@@ -46,7 +47,6 @@ RunningProgram::~RunningProgram()
 
 platform::sockets::Peer RunningProgram::Connect(platform::sockets::Peer& listener)
 {
-    EXPECT_TRUE(ReportsStart());
     Play();
     EXPECT_TRUE(Reports({"  Connected to IP 127.0.0.1  "}));
     return listener.Accepted();
@@ -55,7 +55,7 @@ platform::sockets::Peer RunningProgram::Connect(platform::sockets::Peer& listene
 void RunningProgram::Play(const std::string& interval)
 {
     Window().txtTimerInterval.SetText(interval);
-    Click(Window().cmdPlay);
+    Window().cmdPlay.click();
 }
 
 void RunningProgram::SendRecords(int count)
@@ -63,18 +63,15 @@ void RunningProgram::SendRecords(int count)
     const int shown = RecordsShown() + count;
     Play("1");
     EXPECT_TRUE(WaitFor([&] { return RecordsShown() == shown; })) << RecordsShown() << " records shown";
-    Click(Window().cmdPause);
-}
-
-void RunningProgram::Click(QAbstractButton& button)
-{
-    QTest::mouseClick(&button, Qt::LeftButton);
+    Window().cmdPause.click();
 }
 
 testing::AssertionResult RunningProgram::Reports(const Texts& expected)
 {
-    const bool came = WaitFor(
-        [&] { return static_cast<std::size_t>(LinesWaiting()) + RecordsWaiting() >= expected.size(); });
+    const auto linesAndRecords = [this] {
+        return static_cast<std::size_t>(LinesWaiting()) + Records().size() - recordsTaken_;
+    };
+    const bool came = WaitFor([&] { return linesAndRecords() >= expected.size(); });
     const bool rests = ComesToRest();
     const Texts reported = TakeReports();
     if (came && rests && reported == expected)
@@ -83,17 +80,10 @@ testing::AssertionResult RunningProgram::Reports(const Texts& expected)
                                        << testing::PrintToString(expected) << (rests ? "" : "\nwithout end");
 }
 
-testing::AssertionResult RunningProgram::ReportsStart(const Texts& expected)
-{
-    Texts all = {"  Database Initialized"};
-    all.insert(all.end(), expected.begin(), expected.end());
-    return Reports(all);
-}
-
 Texts RunningProgram::Records() const
 {
     Texts records;
-    std::istringstream log(Content(folder_.Path("Trellivan Error.log")));
+    std::istringstream log(ReadFile(folder_.Path("Trellivan Error.log")));
     for (std::string line; std::getline(log, line, '\n');) {
         const auto number = line.find('|') + 1;
         const auto procedure = line.rfind('|');
@@ -103,14 +93,21 @@ Texts RunningProgram::Records() const
     return records;
 }
 
+std::string RunningProgram::TakeLine()
+{
+    auto& list = Window().lstStatus;
+    const int last = list.SelectedLine();
+    list.SetListIndex(static_cast<std::int16_t>(linesTaken_++));
+    const std::string line = list.SelectedText();
+    list.SetListIndex(static_cast<std::int16_t>(last));
+    return line.substr(kTimeOfDay);
+}
+
 Texts RunningProgram::TakeReports()
 {
     Texts reports;
-    auto& list = Window().lstStatus;
-    for (const int last = list.SelectedLine(); linesTaken_ <= last; ++linesTaken_) {
-        list.SetListIndex(static_cast<std::int16_t>(linesTaken_));
-        reports.push_back(list.SelectedText().substr(kTimeOfDay));
-    }
+    while (LinesWaiting() > 0)
+        reports.push_back(TakeLine());
     const Texts records = Records();
     reports.insert(reports.end(), records.begin() + static_cast<std::ptrdiff_t>(recordsTaken_),
                    records.end());

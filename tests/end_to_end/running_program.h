@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "files/temporary_folder.h"
 #include "sockets/peer.h"
+#include "support/temporary_folder.h"
 #include "trellivan.h"
 
 using Texts = std::vector<std::string>;
@@ -24,7 +24,8 @@ struct Settings {
 
 /// The whole program in its real window, started in a folder with settings and a database.
 ///
-/// It is strict: a status line or an error record that no test has taken fails the test at the end.
+/// It is strict: a status line or an error record that no test has taken fails the test at the end. That of
+/// the opened database is taken.
 class RunningProgram {
 public:
     explicit RunningProgram(const Settings& settings, const Texts& records = {"one", "two", "three"});
@@ -39,7 +40,6 @@ public:
     void Play(const std::string& interval = "0");
     /// Plays until so many more records were shown, and pauses.
     void SendRecords(int count);
-    void Click(QAbstractButton& button);
 
     /// Number of records shown.
     [[nodiscard]] int RecordsShown() { return Window().DataViewList.SelectedLine() + 1; }
@@ -47,20 +47,15 @@ public:
     /// Number of status lines that nobody has taken yet.
     [[nodiscard]] int LinesWaiting() { return Window().lstStatus.SelectedLine() + 1 - linesTaken_; }
 
-    /// Number of error records that nobody has taken yet.
-    [[nodiscard]] std::size_t RecordsWaiting() const { return Records().size() - recordsTaken_; }
-
     /// Runs the event loop until as much was reported as is expected and nothing more comes, and takes it: the
     /// status lines without their time, then the error records as "number|procedure".
     [[nodiscard]] testing::AssertionResult Reports(const Texts& expected);
-
-    /// The same, for what comes before it.
-    [[nodiscard]] testing::AssertionResult ReportsStart(const Texts& expected = {});
 
     [[nodiscard]] platform::qt::MainWindow& Window() { return trellivan_.Window(); }
 
 private:
     [[nodiscard]] Texts Records() const;
+    [[nodiscard]] std::string TakeLine();
     [[nodiscard]] Texts TakeReports();
 
     TemporaryFolder folder_;

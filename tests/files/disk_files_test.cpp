@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "files/temporary_folder.h"
-#include "platform/failure.h"
+#include <filesystem>
+
 #include "platform/failure_numbers.h"
 #include "platform/files/file_system.h"
 #include "platform/files/profile_file.h"
+#include "support/failure_of.h"
+#include "support/files.h"
+#include "support/temporary_folder.h"
 
 namespace platform::files {
 namespace {
@@ -34,7 +37,7 @@ protected:
 
 TEST_F(DiskFiles, ExistWhereAnythingButAFolderStands)
 {
-    Fill(config_, "");
+    WriteFile(config_, "");
     fs::create_symlink("Config.ini", folder_.Path("link"));
     fs::create_symlink("nowhere", folder_.Path("dangling"));
     EXPECT_TRUE(files_.FileExists(config_));
@@ -44,16 +47,9 @@ TEST_F(DiskFiles, ExistWhereAnythingButAFolderStands)
         EXPECT_FALSE(files_.FileExists(path)) << path;
 }
 
-TEST_F(DiskFiles, AppendCreatesAndAddsToTheEnd)
-{
-    files_.Append(folder_.Path("log"), "one\r\n");
-    files_.Append(folder_.Path("log"), std::string("t\0o\xE9", 4));
-    EXPECT_EQ(Content(folder_.Path("log")), std::string("one\r\nt\0o\xE9", 9));
-}
-
 TEST_F(DiskFiles, AppendNamesWhatFailed)
 {
-    Fill(config_, "");
+    WriteFile(config_, "");
     ASSERT_EQ(::mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
     const std::pair<std::string, int> cases[] = {
         {folder_.Path("missing/log"), failure::kPathNotFound},
@@ -64,19 +60,15 @@ TEST_F(DiskFiles, AppendNamesWhatFailed)
         {folder_.Path("pipe"), failure::kPathFileAccess},
     };
     for (const auto& [path, number] : cases) {
-        try {
-            files_.Append(path, "x");
-            ADD_FAILURE() << path;
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number(), number) << failure.Description();
-            EXPECT_TRUE(failure.Description().ends_with(": " + path)) << failure.Description();
-        }
+        const Failure failure = ThrownBy([&] { files_.Append(path, "x"); });
+        EXPECT_EQ(failure.Number(), number) << failure.Description();
+        EXPECT_TRUE(failure.Description().ends_with(": " + path)) << failure.Description();
     }
 }
 
 TEST_F(DiskFiles, ProfileReadsAtMostTheBufferLessOneCharacter)
 {
-    Fill(config_, "[S]\nkey=" + std::string(300, 'x'));
+    WriteFile(config_, "[S]\nkey=" + std::string(300, 'x'));
     EXPECT_EQ(profile_.GetPrivateProfileStringA("s", "KEY", 256, config_), std::string(255, 'x'));
     EXPECT_EQ(profile_.GetPrivateProfileStringA("s", "KEY", 0, config_), "");
     EXPECT_EQ(profile_.GetPrivateProfileStringA("s", "KEY", 256, folder_.Path()), "");
@@ -95,7 +87,7 @@ TEST_F(DiskFiles, ReplacementKeepsPermissionsOwnerAndLinks)
     constexpr uid_t kOtherOwner = 12345;
     fs::create_directory(folder_.Path("real"));
     const std::string real = folder_.Path("real/Config.ini");
-    Fill(real, "[S]\nkey=old\n");
+    WriteFile(real, "[S]\nkey=old\n");
     ASSERT_EQ(::chmod(real.c_str(), 0646), 0);
     const bool mayGiveAway = ::chown(real.c_str(), kOtherOwner, kOtherOwner) == 0;
     fs::create_symlink("real/Config.ini", config_);
@@ -104,35 +96,29 @@ TEST_F(DiskFiles, ReplacementKeepsPermissionsOwnerAndLinks)
     Write("new", config_);
 
     EXPECT_TRUE(fs::is_symlink(config_));
-    EXPECT_EQ(Content(real), "[S]\nkey=new\n");
+    EXPECT_EQ(ReadFile(real), "[S]\nkey=new\n");
     const struct stat after = StatusOf(real);
     EXPECT_NE(after.st_ino, before.st_ino) << "not a new file";
     EXPECT_EQ(after.st_mode, before.st_mode);
     EXPECT_EQ(after.st_uid, mayGiveAway ? kOtherOwner : ::geteuid());
     EXPECT_EQ(after.st_gid, before.st_gid);
-}
-
-TEST_F(DiskFiles, AnEqualValueReplacesNothing)
-{
-    Fill(config_, "[S]\nkey='x'\n");
-    const auto before = StatusOf(config_).st_ino;
-    Write("x", config_);
-    EXPECT_EQ(StatusOf(config_).st_ino, before);
+    Write("new", config_);
+    EXPECT_EQ(StatusOf(real).st_ino, after.st_ino) << "an equal value replaces nothing";
 }
 
 TEST_F(DiskFiles, WhatAKilledProgramLeftIsRemovedAtTheNextSaveOrTrim)
 {
-    Fill(config_, "[S]\nkey=x\n");
+    WriteFile(config_, "[S]\nkey=x\n");
     fs::create_directory(folder_.Path("links"));
     fs::create_symlink("../Config.ini", folder_.Path("links/link"));
     const auto leftover = folder_.Path(".Config.ini.new");
     for (const char* const value : {"x", "y"}) {
-        Fill(leftover, "half a f");
+        WriteFile(leftover, "half a f");
         Write(value, config_);
         EXPECT_FALSE(fs::exists(leftover));
         EXPECT_EQ(profile_.GetPrivateProfileStringA("S", "key", 256, config_), value);
     }
-    Fill(leftover, "half a f");
+    WriteFile(leftover, "half a f");
     static_cast<void>(files_.OpenLocked(folder_.Path("links/link")));
     EXPECT_FALSE(fs::exists(leftover));
 }

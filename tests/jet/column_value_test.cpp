@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "jet/failure_of.h"
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/sort_key.h"
+#include "support/failure_of.h"
 
 namespace platform::jet {
 namespace {
@@ -90,6 +90,12 @@ TEST(ColumnValue, IsWhatItsTypeSays)
         {ColumnType::kText, {'a', 0}, std::string("a")},
         {ColumnType::kGuid, guid, Guid{"{32A59F01-AA34-3E29-453F-4523453CD2E6}"}},
         {ColumnType::kDecimal, Decimal(true, {0, 0, 1, 500}), ExactNumber{"-4294967.796"}},
+        {ColumnType::kDecimal, Decimal(true, {0, 0, 0, 0}), ExactNumber{"0"}},
+        {ColumnType::kDecimal, Decimal(false, {0, 0, 0, 5}), ExactNumber{"0.005"}},
+        {ColumnType::kDecimal, Decimal(false, {0, 0, 0, 120'500}), ExactNumber{"120.5"}},
+        {ColumnType::kDecimal, Decimal(true, {0, 0, 0, 120'000}), ExactNumber{"-120"}},
+        {ColumnType::kDecimal, Decimal(false, {~0U, ~0U, ~0U, ~0U}),
+         ExactNumber{"340282366920938463463374607431768211.455"}},
     };
     for (const auto& [type, bytes, value] : cases) {
         EXPECT_EQ(OneColumn(type, bytes).Read(), value) << static_cast<int>(type);

@@ -29,11 +29,7 @@ Pairs Sorted(const Pairs& pairs)
 TEST(NumberEntries, SortByKeyAndThenByPosition)
 {
     std::mt19937_64 random(1);
-    struct Case {
-        std::string name;
-        std::function<std::uint64_t()> key;
-    };
-    const std::vector<Case> cases = {
+    const std::pair<const char*, std::function<std::uint64_t()>> cases[] = {
         {"all bits differ", [&] { return random(); }},
         {"all the same", [] { return 7; }},
         {"few keys", [&] { return random() % 3; }},
@@ -42,15 +38,15 @@ TEST(NumberEntries, SortByKeyAndThenByPosition)
          [&] { return random() % 1000 == 0 ? ~std::uint64_t{0} : random() % 100; }},
         {"signed numbers round zero", [&] { return (std::uint64_t{1} << 63) + random() % 5000 - 2500; }},
     };
-    for (const Case& test : cases)
+    for (const auto& [name, key] : cases)
         for (const std::size_t count : {0U, 1U, 64U, 65U, 5000U}) {
             Pairs pairs;
             for (std::uint32_t i = 0; i < count; ++i)
-                pairs.emplace_back(test.key(), i);
+                pairs.emplace_back(key(), i);
             std::ranges::shuffle(pairs, random);
             const Pairs sorted = Sorted(pairs);
             std::ranges::sort(pairs);
-            EXPECT_EQ(sorted, pairs) << test.name << ", " << count;
+            EXPECT_EQ(sorted, pairs) << name << ", " << count;
         }
 }
 

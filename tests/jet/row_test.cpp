@@ -5,14 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "make_database/row_encoder.h"
+
 namespace platform::jet {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-Column Fixed(std::uint16_t number, std::uint16_t offset, std::uint16_t length)
+Column Fixed(std::uint16_t number, std::uint16_t length)
 {
-    return {"fixed", ColumnType::kLong, number, 0, true, offset, length, 0};
+    return {"fixed", ColumnType::kLong, number, 0, true, 0, length, 0};
 }
 
 Column Variable(std::uint16_t number, std::uint16_t index)
@@ -20,7 +22,7 @@ Column Variable(std::uint16_t number, std::uint16_t index)
     return {"variable", ColumnType::kText, number, index, false, 0, 255, 0};
 }
 
-Row MakeRow(const Bytes& bytes, Format format, std::uint16_t variableColumnCount = 1)
+Row MakeRow(const Bytes& bytes, Format format = Format::kJet4, std::uint16_t variableColumnCount = 1)
 {
     TableDefinition table;
     table.variableColumnCount = variableColumnCount;
@@ -34,77 +36,69 @@ std::string TextOf(const Row& row, const Column& column)
     return bytes ? std::string(bytes->AsText()) : "null";
 }
 
-/// A Jet 3 row of three texts after one fixed byte; `jumps` go before the count of columns, the last first.
-Bytes Jet3Row(const std::vector<std::size_t>& lengths, const Bytes& jumps)
+/// Expects a row of a number and texts of these lengths to be read as it was written, in both formats.
+void ExpectRowIsRead(const std::vector<std::size_t>& lengths)
 {
-    Bytes row = {4, 'F'};
-    Bytes offsets;
+    SCOPED_TRACE(testing::PrintToString(lengths));
+    std::vector<tools::Column> columns = {{"number", tools::ColumnType::kInteger}};
+    tools::Cells cells = {"FF"};
     for (std::size_t i = 0; i < lengths.size(); ++i) {
-        offsets.push_back(static_cast<std::uint8_t>(row.size()));
-        row.insert(row.end(), lengths[i], static_cast<std::uint8_t>('a' + i));
+        columns.push_back({"text", tools::ColumnType::kMemo});
+        cells.emplace_back(std::string(lengths[i], static_cast<char>('a' + i)));
     }
-    offsets.push_back(static_cast<std::uint8_t>(row.size()));
-    row.insert(row.end(), offsets.rbegin(), offsets.rend());
-    row.insert(row.end(), jumps.begin(), jumps.end());
-    row.push_back(static_cast<std::uint8_t>(lengths.size()));
-    row.push_back(0x0F);
-    return row;
+    for (const Format format : {Format::kJet3, Format::kJet4}) {
+        const auto& layout = format == Format::kJet3 ? tools::kJet3Layout : tools::kJet4Layout;
+        const std::string bytes = tools::EncodeRow(layout, columns, cells);
+        const Row row =
+            MakeRow({bytes.begin(), bytes.end()}, format, static_cast<std::uint16_t>(lengths.size()));
+        ASSERT_EQ(TextOf(row, Fixed(0, 2)), "FF");
+        for (std::uint16_t i = 0; i < lengths.size(); ++i)
+            ASSERT_EQ(TextOf(row, Variable(static_cast<std::uint16_t>(i + 1), i)), cells[i + 1]);
+    }
 }
 
-TEST(Row, Jet3OffsetsCountOnPastEachJump)
+TEST(Row, IsReadWhereverItsTextsBegin)
 {
-    struct Case {
-        const char* name;
-        std::vector<std::size_t> lengths;
-        Bytes jumps;
-    };
-    const std::vector<Case> cases = {
-        {"no jump", {10, 0, 20}, {}},
-        {"the second text begins past 256 bytes", {255, 10, 10}, {1}},
-        {"one text crosses 256", {100, 200, 10}, {2}},
-        {"two jumps at once", {10, 600, 10}, {2, 2}},
-        {"two jumps", {300, 250, 10}, {2, 1}},
-        {"a dummy: the offsets alone reach past 256", {100, 100, 50}, {0xFF}},
-    };
-    for (const Case& c : cases) {
-        const Row row = MakeRow(Jet3Row(c.lengths, c.jumps), Format::kJet3, 3);
-        EXPECT_EQ(TextOf(row, Fixed(0, 0, 1)), "F") << c.name;
-        for (std::uint16_t i = 0; i < 3; ++i)
-            EXPECT_EQ(TextOf(row, Variable(static_cast<std::uint16_t>(i + 1), i)),
-                      std::string(c.lengths[i], static_cast<char>('a' + i)))
-                << c.name << ", text " << i;
-    }
+    // Jet 3 counts in bytes: every further 256 is a jump, and the offsets alone may reach past one.
+    for (std::size_t length = 0; length < 1100; ++length)
+        ExpectRowIsRead({length});
+    for (const std::vector<std::size_t>& lengths :
+         {std::vector<std::size_t>{10, 0, 20}, {255, 10, 10}, {100, 200, 10}, {10, 600, 10}, {300, 250, 10}})
+        ExpectRowIsRead(lengths);
+}
+
+TEST(Row, OfJet3HasNoUseForAJumpThatOnlyItsOffsetsReach)
+{
+    Bytes bytes = {2, 'F'};
+    bytes.insert(bytes.end(), 251, 'a');
+    bytes.insert(bytes.end(), {253, 2, 0, 1, 0x03});  // offsets, jump, number of texts, mask
+    EXPECT_EQ(TextOf(MakeRow(bytes, Format::kJet3), Variable(1, 0)), std::string(251, 'a'));
 }
 
 TEST(Row, Jet4ColumnsAreNullByMaskByAgeAndByCount)
 {
     // Two columns, the first fixed; one text "xy"; the mask has bits 0 and 1.
-    const Bytes bytes = {2, 0, 7, 0, 'x', 'y', 6, 0, 4, 0, 1, 0, 0x03};
-    const Row row = MakeRow(bytes, Format::kJet4);
-    EXPECT_EQ(row.BytesOf(Fixed(0, 0, 2))->U16(0), 7);
+    Bytes bytes = {2, 0, 7, 0, 'x', 'y', 6, 0, 4, 0, 1, 0, 0x03};
+    const Row row = MakeRow(bytes);
+    EXPECT_EQ(row.BytesOf(Fixed(0, 2))->U16(0), 7);
     EXPECT_EQ(TextOf(row, Variable(1, 0)), "xy");
     EXPECT_EQ(TextOf(row, Variable(1, 1)), "null") << "a column that the row has no place for";
     EXPECT_EQ(TextOf(row, Variable(2, 0)), "null") << "a column added after the row was written";
+    bytes.back() = 0x01;
+    EXPECT_EQ(TextOf(MakeRow(bytes), Variable(1, 0)), "null");
 
-    Bytes masked = bytes;
-    masked.back() = 0x01;
-    EXPECT_EQ(TextOf(MakeRow(masked, Format::kJet4), Variable(1, 0)), "null");
-}
-
-TEST(Row, OfATableWithoutVariableColumnsHasNoOffsets)
-{
-    const Row row = MakeRow({1, 0, 0x2A, 0, 0, 0, 0x01}, Format::kJet4, 0);
-    EXPECT_EQ(row.BytesOf(Fixed(0, 0, 4))->U32(0), 42U);
+    const Row withoutOffsets = MakeRow({1, 0, 0x2A, 0, 0, 0, 0x01}, Format::kJet4, 0);
+    EXPECT_EQ(withoutOffsets.BytesOf(Fixed(0, 4))->U32(0), 42U);
 }
 
 TEST(Row, ThatMakesNoSenseIsDamage)
 {
-    EXPECT_THROW(MakeRow({}, Format::kJet4), Damage) << "nothing";
-    EXPECT_THROW(MakeRow({200, 0, 1}, Format::kJet4), Damage) << "a mask longer than the row";
-    const Row backwards = MakeRow({1, 0, 'x', 'y', 2, 0, 4, 0, 1, 0, 0x01}, Format::kJet4);
-    EXPECT_THROW((void)backwards.BytesOf(Variable(0, 0)), Damage) << "a text that ends before it begins";
-    const Row overlapping = MakeRow({1, 0, 'x', 'y', 9, 0, 2, 0, 1, 0, 0x01}, Format::kJet4);
-    EXPECT_THROW((void)overlapping.BytesOf(Variable(0, 0)), Damage) << "a text that reaches into the offsets";
+    EXPECT_THROW(MakeRow({}), Damage) << "nothing";
+    EXPECT_THROW(MakeRow({200, 0, 1}), Damage) << "a mask longer than the row";
+    EXPECT_THROW((void)MakeRow({1, 0, 'x', 'y', 2, 0, 4, 0, 1, 0, 0x01}).BytesOf(Variable(0, 0)), Damage)
+        << "a text that ends before it begins";
+    EXPECT_THROW((void)MakeRow({1, 0, 'x', 'y', 9, 0, 2, 0, 1, 0, 0x01}).BytesOf(Variable(0, 0)), Damage)
+        << "a text that reaches into the offsets";
 }
 
 }  // namespace

@@ -22,8 +22,8 @@ struct Procedure {
     /// Calls that belong to the same step as a failing one and fall with it.
     std::map<std::string, Texts> sameStep = {};
 
-    /// Calls of procedures inside this one that record under a name of their own.
-    std::map<std::string, std::string> recordedAs = {};
+    /// Procedures inside this one that record under a name of their own, with their calls.
+    std::map<std::string, Texts> recordedAs = {};
 
     /// What is recorded in any case.
     Texts recordedAnyway = {};
@@ -48,13 +48,12 @@ bool Has(const Texts& calls, const std::string& call)
     return std::ranges::count(calls, call) + std::ranges::count(calls, NameOf(call)) > 0;
 }
 
-template <class Found>
-Found Lookup(const std::map<std::string, Found>& table, const std::string& call, Found otherwise)
+std::string RecordedAs(const Procedure& procedure, const std::string& call)
 {
-    for (const std::string& key : {call, NameOf(call)})
-        if (const auto found = table.find(key); found != table.end())
-            return found->second;
-    return otherwise;
+    for (const auto& [inner, calls] : procedure.recordedAs)
+        if (Has(calls, call))
+            return inner;
+    return call.starts_with("lstStatus.") ? "frmConnect.StatusLine" : procedure.name;
 }
 
 /// Runs the procedure with one call failing, -1 for none; gives what was called, records left out.
@@ -101,12 +100,12 @@ void ExpectLaw(const Procedure& procedure, bool abandons)
         SCOPED_TRACE(procedure.name + (": " + call + " fails"));
         Program program;
         const Texts ran = NamesOf(Run(procedure, program, static_cast<int>(failing + shift)));
-        const std::string statusOr =
-            call.starts_with("lstStatus.") ? "frmConnect.StatusLine" : procedure.name;
-        const std::string recordedAs = Lookup(procedure.recordedAs, call, statusOr);
+        const std::string recordedAs = RecordedAs(procedure, call);
+        const auto fallen = procedure.sameStep.find(call);
         const bool ends = abandons && recordedAs == procedure.name;
         EXPECT_EQ(ran, ends ? UpTo(names, failing, procedure.recovery)
-                            : Without(names, failing, Lookup(procedure.sameStep, call, Texts())));
+                            : Without(names, failing,
+                                      fallen == procedure.sameStep.end() ? Texts() : fallen->second));
         Texts records = procedure.recordedAnyway;
         records.push_back("5|told to fail|" + recordedAs);
         EXPECT_EQ(program.TakeRecords(), records);
@@ -114,42 +113,54 @@ void ExpectLaw(const Procedure& procedure, bool abandons)
 }
 
 const auto kStartConnected = [](Program& program) { program.StartConnected(); };
+const auto kStartListening = [](Program& program) { program.StartPlaying({{"Connect", "Listen"}}); };
+
+/// The next tick finds the socket closed, and connected after its pauses.
+void PlayUnconnected(Program& program, const char* role)
+{
+    program.StartPlaying({{"Reconnect", "YES"}, {"Connect", role}});
+    program.WinsockConnect.state = platform::WinsockControl::kClosed;
+    program.events.onPass = [&] { program.WinsockConnect.state = platform::WinsockControl::kConnected; };
+}
 
 /// Settings of every kind, and no database file, so that opening it fails quietly.
 void HaveAllSettings(Program& program)
 {
-    program.Setting("Timer", "Interval", "40");
-    program.Setting("TCP/IP Settings", "IpAddress", "239.1.2.3");
-    program.Setting("TCP/IP Settings", "PortNumber", "6000");
-    program.Setting("TCP/IP Settings", "Protocol", "MCAST");
-    program.Setting("TCP/IP Settings", "Reconnect", "YES");
-    program.Setting("Database File", "Filepath", "/data/none.mdb");
+    program.Set({{"Interval", "40"},
+                 {"IpAddress", "239.1.2.3"},
+                 {"PortNumber", "6000"},
+                 {"Protocol", "MCAST"},
+                 {"Reconnect", "YES"},
+                 {"Filepath", "/data/none.mdb"}});
 }
 
 TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
 {
-    const std::string load = "frmConnect.LoadConfigSettings";
-    const std::string formLoad = "frmConnect.Form.Load";
-    const std::string clear = "frmConnect.cmdClear";
+    const Texts whatIsSaved = {"files.FileExists",   "txtTimerInterval.Text", "txtIPAddress.Text",
+                               "txtPortNumber.Text", "cboProtocol.Text",      "cboConnect.Text"};
+    const auto tick = [](const std::function<void(Program&)>& prepare) {
+        return Procedure{.name = "frmConnect.tmrSendData",
+                         .prepare = prepare,
+                         .run = [](Program& program) { program.Tick(); },
+                         .untried = {"WinsockConnect.State", "TransactionSet.RecordCount",
+                                     "TransactionSet.AtEOF", "chkTransferTime.Value",
+                                     "TransactionSet.Field rawtransaction", "events.ProcessPending"},
+                         .sameStep = {{"TransactionSet.Field timestamp", {"txtDBTime.SetText"}}}};
+    };
     const Procedure procedures[] = {
-        {.name = "frmConnect.tmrSendData",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.Tick(); },
-         .untried = {"WinsockConnect.State", "TransactionSet.RecordCount", "TransactionSet.AtEOF",
-                     "chkTransferTime.Value", "TransactionSet.Field rawtransaction"},
-         .sameStep = {{"TransactionSet.Field timestamp", {"txtDBTime.SetText"}}}},
+        tick(kStartConnected),
+        tick([](Program& program) { PlayUnconnected(program, "Connect"); }),
+        tick([](Program& program) { PlayUnconnected(program, "Listen"); }),
         {.name = "frmConnect.cmdClear",
          .prepare = kStartConnected,
          .run = [](Program& program) { program.cmdClear.OnClick(); }},
         {.name = "frmConnect.SaveConfigSettings",
          .prepare = kStartConnected,
          .run = [](Program& program) { program.cmdApply.OnClick(); },
-         .untried = {"files.FileExists", "txtTimerInterval.Text", "txtIPAddress.Text", "txtPortNumber.Text",
-                     "cboProtocol.Text", "cboConnect.Text"},
-         .recordedAs = {{"tmrSendData.SetEnabled", clear},
-                        {"TransactionSet.MoveFirst", clear},
-                        {"DataViewList.Clear", clear},
-                        {"WinsockConnect.Close", clear}}},
+         .untried = whatIsSaved,
+         .recordedAs = {{"frmConnect.cmdClear",
+                         {"tmrSendData.SetEnabled", "TransactionSet.MoveFirst", "DataViewList.Clear",
+                          "WinsockConnect.Close"}}}},
         {.name = "frmConfig.DefaultSettings",
          .prepare = HaveAllSettings,
          .run = [](Program& program) { program.Load(); },
@@ -157,34 +168,28 @@ TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
                      "cboProtocol.SetText MCAST", "cboConnect.AddItem Connect"},
          .sameStep = {{"txtIPAddress.Text", {"txtPortNumber.Text", "MCSockConnect.OpenGroup"}},
                       {"txtPortNumber.Text", {"MCSockConnect.OpenGroup"}}},
-         .recordedAs = {{"window.SetCaption", formLoad},
-                        {"cboProtocol.Text", formLoad},
-                        {"txtIPAddress.Text", formLoad},
-                        {"txtPortNumber.Text", formLoad},
-                        {"MCSockConnect.OpenGroup", formLoad},
-                        {"txtTimerInterval.SetText", load},
-                        {"tmrSendData.SetInterval 40", load},
-                        {"txtIPAddress.SetText 239.1.2.3", load},
-                        {"txtPortNumber.SetText 6000", load},
-                        {"chkReconnect.SetValue 1", load},
-                        {"txtFilePath.SetText /data/none.mdb", load},
-                        {"lstStatus.Clear", "frmConfig.DefaultSettings"}}},
+         .recordedAs = {{"frmConnect.Form.Load",
+                         {"window.SetCaption", "cboProtocol.Text", "txtIPAddress.Text", "txtPortNumber.Text",
+                          "MCSockConnect.OpenGroup"}},
+                        {"frmConnect.LoadConfigSettings",
+                         {"txtTimerInterval.SetText", "tmrSendData.SetInterval 40",
+                          "txtIPAddress.SetText 239.1.2.3", "txtPortNumber.SetText 6000",
+                          "chkReconnect.SetValue 1", "txtFilePath.SetText /data/none.mdb"}},
+                        {"frmConfig.DefaultSettings", {"lstStatus.Clear"}}}},
         {.name = "frmConnect.WinsockConnect.ConnectionRequest",
-         .prepare = [](Program& program) { program.StartPlaying("TCP", "Listen"); },
+         .prepare = kStartListening,
          .run = [](Program& program) { program.WinsockConnect.OnConnectionRequest(1); }},
         {.name = "frmConnect.WinsockConnect.Error",
-         .prepare = [](Program& program) { program.StartPlaying("TCP", "Listen"); },
+         .prepare = kStartListening,
          .run = [](Program& program) { program.WinsockConnect.OnError(7, "peer"); },
-         .untried = {"files.FileExists", "txtTimerInterval.Text", "txtIPAddress.Text", "txtPortNumber.Text",
-                     "cboProtocol.Text", "cboConnect.Text"},
-         .recordedAs = {{"profile.WritePrivateProfileStringA", "frmConnect.SaveConfigSettings"},
-                        {"chkReconnect.Value", "frmConnect.SaveConfigSettings"}},
+         .untried = whatIsSaved,
+         .recordedAs = {{"frmConnect.SaveConfigSettings",
+                         {"profile.WritePrivateProfileStringA", "chkReconnect.Value"}}},
          .recordedAnyway = {"7|peer|frmConnect.WinsockConnect.Error"}},
         {.name = "frmConnect.MCSockConnect.Error",
          .prepare =
              [](Program& program) {
-                 program.Setting("TCP/IP Settings", "Reconnect", "YES");
-                 program.StartPlaying("MCAST", "Connect");
+                 program.StartPlaying({{"Reconnect", "YES"}, {"Protocol", "MCAST"}});
              },
          .run = [](Program& program) { program.MCSockConnect.OnError(1, ""); },
          .untried = {"txtIPAddress.Text", "txtPortNumber.Text"}},
@@ -204,15 +209,11 @@ TEST(FailureLaw, ProceduresOfTheAbandonStyleEndAtTheFirstFailure)
          .prepare = kStartConnected,
          .run = [](Program& program) { program.cmdPause.OnClick(); }},
         {.name = "frmConnect.cmdOpenDialogue",
-         .prepare =
-             [](Program& program) {
-                 program.StartConnected();
-                 program.CommonDialogueDBFile.choice = "/data/missing.mdb";
-             },
-         .run = [](Program& program) { program.cmdOpenDialogue.OnClick(); },
-         .recordedAs = {{"files.FileExists", "frmConnect.InitializeDB"}}},
+         .prepare = kStartConnected,
+         .run = [](Program& program) { program.OpenFile("/data/missing.mdb"); },
+         .recordedAs = {{"frmConnect.InitializeDB", {"files.FileExists"}}}},
         {.name = "frmConnect.WinsockConnect.Close",
-         .prepare = [](Program& program) { program.StartPlaying("TCP", "Listen"); },
+         .prepare = kStartListening,
          .run = [](Program& program) { program.WinsockConnect.OnClose(); },
          .recovery = {"lstStatus.AddItem", "lstStatus.SetListIndex", "tmrSendData.SetEnabled"}},
     };

@@ -63,14 +63,10 @@ private:
     trellivan::modGlobals globals_{"/house", files, profile, clock, formats};
 };
 
-TEST_F(GetIniValue, AsksForNothingWithoutAFile)
+TEST_F(GetIniValue, LeavesTheValueUntouchedUnlessItStoresOne)
 {
     EXPECT_FALSE(Get(kind::kText));
     EXPECT_EQ(journal.Calls(), Texts{"files.FileExists /a.ini"});
-}
-
-TEST_F(GetIniValue, LeavesTheValueUntouchedUnlessItStoresOne)
-{
     files.contents["/a.ini"] = "";
     EXPECT_FALSE(Get(kind::kText));
     profile.values[{"Numbers", "Key"}] = "12";

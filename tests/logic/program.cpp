@@ -7,25 +7,32 @@
 
 namespace {
 
-const std::string kLog = "/house/Trellivan Error.log";
-
-std::vector<std::string> Lines(const std::string& text)
+std::string SectionOf(const std::string& key)
 {
-    std::vector<std::string> lines;
+    if (key == "Interval")
+        return "Timer";
+    if (key == "Filepath")
+        return "Database File";
+    return key.starts_with("Error_Log") ? "Error Log" : "TCP/IP Settings";
+}
+
+Texts Lines(const std::string& text)
+{
+    Texts lines;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line, '\n');)
         lines.push_back(line.substr(0, line.find('\r')));
     return lines;
 }
 
-}  // namespace
-
+/// A record with its recorded time on 14 May 2021.
 platform::memory::Row Transaction(int ref, const std::string& text, const std::string& time)
 {
-    const platform::memory::PlainFormats formats;
-    const auto recorded = *formats.DateOrTime("2021-05-14 " + time);
+    const auto recorded = *platform::memory::PlainFormats().DateOrTime("2021-05-14 " + time);
     return {{"ref", ref}, {"rawtransaction", text}, {"timestamp", recorded}, {"datetimestamp", recorded}};
 }
+
+}  // namespace
 
 Program::Program()
     : globals_("/house", files, profile, clock, formats),
@@ -45,55 +52,64 @@ Program::Program()
     clock.now = *formats.DateOrTime("2021-05-14 15:07:09");
     engine.rows = {Transaction(1, "first", "10:20:30"), Transaction(2, "second", "10:20:31"),
                    Transaction(3, "third", "10:20:32")};
+    files.contents = {{"/house/Config.ini", ""}, {"/data/shop.mdb", ""}};
+    Set({{"Interval", "25"}, {"Filepath", "/data/shop.mdb"}});
 }
 
 Program::~Program()
 {
-    EXPECT_EQ(TakeRecords(), std::vector<std::string>()) << "records that the test did not expect";
+    EXPECT_EQ(TakeRecords(), Texts()) << "records that the test did not expect";
 }
 
-void Program::Setting(const std::string& section, const std::string& key, const std::string& value)
+void Program::Set(const Settings& settings)
 {
-    HaveSettings();
-    profile.values[{section, key}] = value;
+    for (const auto& [key, value] : settings)
+        profile.values[{SectionOf(key), key}] = value;
 }
 
-void Program::HaveDatabase(const std::string& path)
+void Program::Load(const Settings& settings)
 {
-    files.contents[path] = "";
-    Setting("Database File", "Filepath", path);
+    Set(settings);
+    form_.Form_Load();
 }
 
-void Program::Start(bool withDatabase)
+void Program::Start(const Settings& settings)
 {
-    HaveSettings();
-    if (!profile.values.contains({"Timer", "Interval"}))
-        Setting("Timer", "Interval", "25");
-    if (withDatabase && !profile.values.contains({"Database File", "Filepath"}))
-        HaveDatabase();
-    Load();
+    Load(settings);
+    TakeStatus();
+    journal.Clear();
 }
 
-void Program::StartConnected()
+void Program::StartPlaying(const Settings& settings)
 {
-    StartPlaying("TCP", "Connect");
+    Start(settings);
+    cmdPlay.OnClick();
+    TakeStatus();
+    journal.Clear();
+}
+
+void Program::StartConnected(const Settings& settings)
+{
+    StartPlaying(settings);
     WinsockConnect.state = platform::WinsockControl::kConnected;
 }
 
-void Program::StartPlaying(const std::string& protocol, const std::string& role)
+void Program::Tick(int times)
 {
-    Setting("TCP/IP Settings", "Protocol", protocol);
-    Setting("TCP/IP Settings", "Connect", role);
-    Start();
-    cmdPlay.OnClick();
-    statusTaken_ = lstStatus.lines.size();
-    journal.Clear();
+    for (int tick = 0; tick < times; ++tick)
+        tmrSendData.OnTimer();
+}
+
+void Program::OpenFile(const std::string& path)
+{
+    CommonDialogueDBFile.choice = path;
+    cmdOpenDialogue.OnClick();
 }
 
 Texts Program::TakeStatus()
 {
     const std::string time = formats.LongTime(clock.now);
-    std::vector<std::string> messages;
+    Texts messages;
     for (; statusTaken_ < lstStatus.lines.size(); ++statusTaken_) {
         const std::string& line = lstStatus.lines[statusTaken_];
         EXPECT_TRUE(line.starts_with(time)) << line;
@@ -104,29 +120,31 @@ Texts Program::TakeStatus()
 
 Texts Program::TakeRecords()
 {
-    std::vector<std::string> records = Lines(files.contents[kLog]);
+    Texts records = Lines(files.contents[kErrorLog]);
     for (std::string& record : records) {
         EXPECT_TRUE(record.starts_with(GeneralDate(clock.now, formats) + "|")) << record;
         record.erase(0, record.find('|') + 1);
     }
-    files.contents.erase(kLog);
+    files.contents.erase(kErrorLog);
     return records;
 }
 
 Texts Program::TakeRecordNames()
 {
-    std::vector<std::string> names = TakeRecords();
+    Texts names = TakeRecords();
     for (std::string& name : names)
         name.erase(0, name.rfind('|') + 1);
     return names;
 }
 
-Texts Program::TakeCalls(const std::string& object)
+Texts Program::TakeCalls(const Texts& objects)
 {
-    std::vector<std::string> calls;
-    for (const std::string& call : journal.Calls())
-        if (call.starts_with(object + "."))
-            calls.push_back(call.substr(object.size() + 1));
+    Texts calls;
+    for (const std::string& call : journal.Calls()) {
+        const std::size_t dot = call.find('.');
+        if (std::ranges::count(objects, call.substr(0, dot)) > 0)
+            calls.push_back(call.substr(dot + 1));
+    }
     journal.Clear();
     return calls;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,13 @@
 
 using Texts = std::vector<std::string>;
 
-/// The whole program over the in-memory platform, at 15:07:09 on 14 May 2021, with three records in its
-/// database.
+/// Values by key, each in the section that has it.
+using Settings = std::map<std::string, std::string>;
+
+inline const std::string kErrorLog = "/house/Trellivan Error.log";
+
+/// The whole program over the in-memory platform, at 15:07:09 on 14 May 2021. Its settings name an interval of
+/// 25 ms and a database of three records.
 ///
 /// Its error log is strict: a record that no test has taken fails the test, so that "nothing was recorded" is
 /// always checked.
@@ -24,28 +30,25 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    /// Creates the settings file, so that starting records nothing about its absence.
-    void HaveSettings() { files.contents["/house/Config.ini"] = ""; }
+    /// Gives these settings their values.
+    void Set(const Settings& settings);
 
-    /// Gives one setting a value.
-    void Setting(const std::string& section, const std::string& key, const std::string& value);
+    /// Starts with these settings.
+    void Load(const Settings& settings = {});
 
-    /// A database file at this path, named in the settings.
-    void HaveDatabase(const std::string& path = "/data/shop.mdb");
+    /// The same, and leaves nothing of it to take but records.
+    void Start(const Settings& settings = {});
 
-    /// Starts with what there is.
-    void Load() { form_.Form_Load(); }
+    /// The same, and plays.
+    void StartPlaying(const Settings& settings = {});
 
-    /// Starts with a settings file and, unless told otherwise, a database. What was recorded is left to take.
-    void Start(bool withDatabase = true);
+    /// The same, and the peer's connection is up.
+    void StartConnected(const Settings& settings = {});
 
-    /// Starts, plays, and has the peer's connection up.
-    void StartConnected();
+    void Tick(int times = 1);
 
-    /// Starts with the role or protocol chosen by the operator and taken by Play.
-    void StartPlaying(const std::string& protocol, const std::string& role);
-
-    void Tick() { tmrSendData.OnTimer(); }
+    /// Opens this file as the operator does.
+    void OpenFile(const std::string& path);
 
     /// Messages of the status lines that were added since the last call, without their time.
     Texts TakeStatus();
@@ -56,8 +59,9 @@ public:
     /// The last "|"-separated field of each of TakeRecords().
     Texts TakeRecordNames();
 
-    /// Calls since the last call of this or of journal.Clear(), on one object.
-    Texts TakeCalls(const std::string& object);
+    /// Calls since the last call of this or of journal.Clear(), on these objects.
+    Texts TakeCalls(const Texts& objects);
+    Texts TakeSocketCalls() { return TakeCalls({"WinsockConnect", "MCSockConnect"}); }
 
     platform::memory::Journal journal;
     platform::memory::Window window{journal, "window"};
@@ -94,6 +98,3 @@ private:
     trellivan::frmConnect form_;
     std::size_t statusTaken_ = 0;
 };
-
-/// One record of the in-memory database, with its recorded time on 14 May 2021.
-platform::memory::Row Transaction(int ref, const std::string& text, const std::string& time);

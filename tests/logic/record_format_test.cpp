@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "logic/program.h"
-#include "platform/failure.h"
+#include "support/failure_of.h"
 
 namespace {
 
@@ -11,23 +11,13 @@ using platform::Value;
 
 const platform::memory::PlainFormats kFormats;
 
-int NumberOfFailure(const auto& call)
-{
-    try {
-        static_cast<void>(call());
-    } catch (const platform::Failure& failure) {
-        return failure.Number();
-    }
-    return 0;
-}
-
 TEST(StringToBytes, GivesOneByteForEachCharacter)
 {
     using Bytes = std::vector<std::uint8_t>;
     EXPECT_EQ(trellivan::StringToBytes("AB"), (Bytes{65, 66}));
     EXPECT_EQ(trellivan::StringToBytes(std::string("\0\xC3\xBC\xE2\x82\xAC", 6)), (Bytes{0, 0xFC, 0x80}));
-    EXPECT_EQ(NumberOfFailure([] { return trellivan::StringToBytes(""); }), 9);
-    EXPECT_EQ(NumberOfFailure([] { return trellivan::StringToBytes("A\xF0\x9F\x98\x80"); }), 6);
+    EXPECT_EQ(FailureOf([] { return trellivan::StringToBytes(""); }), 9);
+    EXPECT_EQ(FailureOf([] { return trellivan::StringToBytes("A\xF0\x9F\x98\x80"); }), 6);
 }
 
 TEST(LongTimeText, ShowsTheTimeOfWhatReadsAsOne)
@@ -42,8 +32,8 @@ TEST(LongTimeText, ShowsTheTimeOfWhatReadsAsOne)
           Case{"about noon", "about noon"}, Case{0.5, "12:00:00"}, Case{44330, "00:00:00"},
           Case{platform::ExactNumber{"-1.25"}, "06:00:00"}})
         EXPECT_EQ(trellivan::LongTimeText(c.value, kFormats), c.text);
-    EXPECT_EQ(NumberOfFailure([] { return trellivan::LongTimeText(platform::Null{}, kFormats); }), 94);
-    EXPECT_EQ(NumberOfFailure([] { return trellivan::LongTimeText(1e9, kFormats); }), 6);
+    EXPECT_EQ(FailureOf([] { return trellivan::LongTimeText(platform::Null{}, kFormats); }), 94);
+    EXPECT_EQ(FailureOf([] { return trellivan::LongTimeText(1e9, kFormats); }), 6);
 }
 
 }  // namespace

@@ -4,26 +4,6 @@
 
 namespace {
 
-TEST(LoadSettings, FillsControlsAndVariables)
-{
-    Program program;
-    program.Setting("Timer", "Interval", "100.5");
-    program.Setting("TCP/IP Settings", "IpAddress", "10.0.0.7");
-    program.Setting("TCP/IP Settings", "PortNumber", "6001");
-    program.Setting("TCP/IP Settings", "Connect", "listen");
-    program.Setting("TCP/IP Settings", "Protocol", "udp");
-    program.Setting("TCP/IP Settings", "Reconnect", "Yes");
-    program.Start();
-    EXPECT_EQ(program.txtTimerInterval.text, "100");
-    EXPECT_EQ(program.tmrSendData.interval, 100);
-    EXPECT_EQ(program.txtIPAddress.text, "10.0.0.7");
-    EXPECT_EQ(program.txtPortNumber.text, "6001");
-    EXPECT_EQ(program.cboConnect.text, "Listen");
-    EXPECT_EQ(program.cboProtocol.text, "UDP");
-    EXPECT_EQ(program.chkReconnect.value, 1);
-    EXPECT_EQ(program.txtFilePath.text, "/data/shop.mdb");
-}
-
 TEST(LoadSettings, AcceptsOrRefusesTheInterval)
 {
     struct Case {
@@ -32,9 +12,9 @@ TEST(LoadSettings, AcceptsOrRefusesTheInterval)
         int interval;
         Texts records;
     };
-    const std::string name = "|frmConnect.LoadConfigSettings.TimerInterval";
-    const auto refused = [&](const std::string& text) {
-        return Texts{"0|Timer Interval is incorrect: " + text + name};
+    const auto refused = [](const std::string& text) {
+        return Texts{"0|Timer Interval is incorrect: " + text +
+                     "|frmConnect.LoadConfigSettings.TimerInterval"};
     };
     const Texts negative = {"380|A negative interval|frmConnect.LoadConfigSettings",
                             "380|A negative interval|frmConnect.cmdPause"};
@@ -44,48 +24,37 @@ TEST(LoadSettings, AcceptsOrRefusesTheInterval)
           Case{"abc", "", 25, refused("abc")}, Case{"", "", 25, refused("")}, Case{"25.5", "26", 26, {}},
           Case{"24.5", "24", 24, {}}, Case{"-5", "-5", 25, negative}}) {
         Program program;
-        program.Setting("Timer", "Interval", c.text);
-        program.Start();
+        program.Start({{"Interval", c.text}});
         EXPECT_EQ(program.txtTimerInterval.text, c.shown) << c.text;
         EXPECT_EQ(program.tmrSendData.interval, c.interval) << c.text;
         EXPECT_EQ(program.TakeRecords(), c.records) << c.text;
     }
 }
 
-TEST(LoadSettings, ARefusedListTextStillReachesTheVariable)
+TEST(LoadSettings, ARefusedListTextLeavesNoRecordAndHidesNoEarlierFailure)
 {
-    Program program;
-    program.Setting("TCP/IP Settings", "Protocol", "MCAST");
-    program.Setting("TCP/IP Settings", "Connect", "Both");
-    program.Start();
-    EXPECT_EQ(program.cboConnect.text, "Connect");
-    EXPECT_EQ(program.TakeRecords(), Texts{});
-    program.WinsockConnect.OnConnect();
-    EXPECT_EQ(program.TakeStatus().back(), "  Connected on Port   ")
-        << "the role is Both, which is no client";
-}
-
-TEST(LoadSettings, ARefusedListTextDoesNotHideAnEarlierFailure)
-{
-    Program program;
-    program.Setting("Timer", "Interval", "-5");
-    program.Setting("TCP/IP Settings", "Protocol", "MCAST");
-    program.Setting("TCP/IP Settings", "Connect", "Both");
-    program.Start();
-    EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.LoadConfigSettings"});
+    const std::vector<std::pair<const char*, const char*>> cases = {{"Connect", "  Connected to IP   "},
+                                                                    {"Both", "  Connected on Port 6001  "}};
+    for (const auto& [role, connected] : cases) {
+        Program program;
+        program.tmrSendData.enabled = true;
+        program.Start({{"Interval", "-5"}, {"Protocol", "MCAST"}, {"Connect", role}, {"PortNumber", "6001"}});
+        EXPECT_EQ(program.cboConnect.text, "Connect");
+        EXPECT_FALSE(program.tmrSendData.enabled);
+        EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.LoadConfigSettings"});
+        program.WinsockConnect.OnConnect();
+        EXPECT_EQ(program.TakeStatus(), Texts{connected});
+    }
 }
 
 TEST(LoadSettings, OnlyYesTicksReconnect)
 {
-    struct Case {
-        const char* text;
-        int value;
-    };
-    for (const Case& c : {Case{"YES", 1}, Case{"yes", 1}, Case{"Y", 0}, Case{"TRUE", 0}, Case{"1", 0}}) {
+    const std::vector<std::pair<const char*, int>> cases = {
+        {"YES", 1}, {"yes", 1}, {"Y", 0}, {"TRUE", 0}, {"1", 0}};
+    for (const auto& [text, value] : cases) {
         Program program;
-        program.Setting("TCP/IP Settings", "Reconnect", c.text);
-        program.Start();
-        EXPECT_EQ(program.chkReconnect.value, c.value) << c.text;
+        program.Start({{"Reconnect", text}});
+        EXPECT_EQ(program.chkReconnect.value, value) << text;
     }
 }
 
@@ -93,7 +62,6 @@ TEST(Apply, ClearsThenSavesEveryEntry)
 {
     Program program;
     program.StartConnected();
-    program.Tick();
     program.txtTimerInterval.text = "40";
     program.txtIPAddress.text = "10.0.0.9";
     program.txtPortNumber.text = "x";
@@ -105,7 +73,7 @@ TEST(Apply, ClearsThenSavesEveryEntry)
     EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
     EXPECT_EQ(program.tmrSendData.interval, 25);
     Texts writes;
-    for (const std::string& call : program.TakeCalls("profile"))
+    for (const std::string& call : program.TakeCalls({"profile"}))
         writes.push_back(call.substr(call.find(' ') + 1));
     const std::string file = " /house/Config.ini";
     EXPECT_EQ(writes, (Texts{"Timer Interval=40" + file, "TCP/IP Settings IpAddress=10.0.0.9" + file,
@@ -114,28 +82,27 @@ TEST(Apply, ClearsThenSavesEveryEntry)
                              "Database File FilePath=/data/shop.mdb" + file}));
 }
 
-TEST(Apply, SavesAnIntervalThatIsNoNumberAndRecordsIt)
+TEST(Apply, SavesAnIntervalThatFitsNoIntegerAndRecordsIt)
 {
-    Program program;
-    program.Start();
-    program.TakeStatus();
-    program.txtTimerInterval.text = "soon";
-    program.cmdApply.OnClick();
-    EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), "soon");
-    EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.SaveConfigSettings"});
+    for (const char* interval : {"soon", "40000"}) {
+        Program program;
+        program.Start();
+        program.txtTimerInterval.text = interval;
+        program.cmdApply.OnClick();
+        EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), interval);
+        EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
+        EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.SaveConfigSettings"});
+    }
 }
 
 TEST(Apply, WithoutASettingsFileWritesNothing)
 {
     Program program;
     program.Start();
-    program.TakeStatus();
     program.files.contents.erase("/house/Config.ini");
-    program.journal.Clear();
     program.cmdApply.OnClick();
     EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Config.ini File not Found"}));
-    EXPECT_EQ(program.TakeCalls("profile"), Texts{});
+    EXPECT_EQ(program.TakeCalls({"profile"}), Texts{});
     EXPECT_EQ(program.TakeRecords(), Texts{"0||frmConnect.SaveConfigSettings"});
 }
 

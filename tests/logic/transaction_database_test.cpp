@@ -9,49 +9,51 @@ TEST(TransactionDatabase, IsOpenedAsItsLastThreeCharactersSay)
 {
     struct Case {
         const char* path;
+        const char* file;
         Texts engineCalls;
         const char* status;
     };
     const char* opened = "  Database Initialized";
     const char* refused = "  Improper File Extention";
-    for (const Case& c : {Case{"/data/shop.Mdb", {"OpenDatabase /data/shop.Mdb"}, opened},
-                          Case{"/data/shop.SDD", {"OpenDatabase /data/shop.SDD MS Access;PWD=4073"}, opened},
-                          Case{"/data/datasdd", {"OpenDatabase /data/datasdd MS Access;PWD=4073"}, opened},
-                          Case{"shop.mdb", {"OpenDatabase /house/shop.mdb"}, opened},
-                          Case{"/data/shop.mdbx", {}, refused}, Case{"/d", {}, refused}}) {
+    const std::string password = " MS Access;PWD=4073";
+    for (const Case& c :
+         {Case{"/data/day.Mdb", "/data/day.Mdb", {"OpenDatabase /data/day.Mdb"}, opened},
+          Case{"/data/day.SDD", "/data/day.SDD", {"OpenDatabase /data/day.SDD" + password}, opened},
+          Case{"/data/daysdd", "/data/daysdd", {"OpenDatabase /data/daysdd" + password}, opened},
+          Case{"day.mdb", "/house/day.mdb", {"OpenDatabase /house/day.mdb"}, opened},
+          Case{"/data/day.mdbx", "/data/day.mdbx", {}, refused}, Case{"/d", "/d", {}, refused},
+          Case{"/data/missing.txt", "/data/day.mdb", {}, "  File Not Found"}}) {
         Program program;
-        program.HaveDatabase(c.path);
-        program.files.contents["/house/shop.mdb"] = "";
-        program.Start();
-        EXPECT_EQ(program.TakeCalls("engine"), c.engineCalls) << c.path;
+        program.files.contents[c.file] = "";
+        program.Load({{"Filepath", c.path}});
+        EXPECT_EQ(program.TakeCalls({"engine"}), c.engineCalls) << c.path;
         EXPECT_EQ(program.TakeStatus(), Texts{c.status}) << c.path;
         EXPECT_EQ(program.txtFilePath.text, c.path);
     }
 }
 
-TEST(TransactionDatabase, AMissingFileIsReportedWhateverItsName)
-{
-    Program program;
-    program.Setting("Database File", "Filepath", "/data/missing.txt");
-    program.Start();
-    EXPECT_EQ(program.TakeStatus(), Texts{"  File Not Found"});
-}
-
 TEST(TransactionDatabase, AFailureIsRecordedAndKeepsTheReplayIdle)
 {
-    Program program;
-    program.StartConnected();
-    program.journal.FailOn("engine.OpenDatabase",
-                           {platform::failure::kInvalidPassword, "not a valid password"});
-    program.files.contents["/data/locked.mdb"] = "";
-    program.CommonDialogueDBFile.choice = "/data/locked.mdb";
-    program.cmdOpenDialogue.OnClick();
-    EXPECT_EQ(program.TakeStatus(), Texts{" Error Initializing Database"});
-    EXPECT_EQ(program.TakeRecords(), Texts{"3031|not a valid password|frmConnect.InitializeDB"});
-    program.WinsockConnect.state = platform::WinsockControl::kConnected;
-    program.Tick();
-    EXPECT_EQ(program.WinsockConnect.sent, Texts{});
-    EXPECT_EQ(program.TakeStatus(), Texts{});
+    const std::string error = " Error Initializing Database";
+    const std::vector<std::pair<const char*, Texts>> cases = {
+        {"engine.OpenDatabase", {error}},
+        {"TransactionDB.OpenRecordset", {error}},
+        {"txtFilePath.SetText", {"  Database Initialized", error}}};
+    for (const auto& [failing, status] : cases) {
+        SCOPED_TRACE(failing);
+        Program program;
+        program.StartConnected();
+        program.journal.FailOn(failing, {platform::failure::kInvalidPassword, "not a valid password"});
+        program.OpenFile("/data/shop.mdb");
+        EXPECT_EQ(program.TakeStatus(), status);
+        EXPECT_EQ(program.TakeRecords(), Texts{"3031|not a valid password|frmConnect.InitializeDB"});
+        program.WinsockConnect.state = platform::WinsockControl::kConnected;
+        program.Tick();
+        EXPECT_EQ(program.WinsockConnect.sent, Texts{});
+        program.cmdClear.OnClick();
+        EXPECT_EQ(program.TakeCalls({"TransactionSet"}), Texts{"MoveFirst"}) << "an open set is kept";
+        EXPECT_EQ(program.TakeStatus(), Texts{"  Data Reset"});
+    }
 }
 
 TEST(TransactionDatabase, OpeningAgainStartsAtTheFirstRow)
@@ -59,8 +61,7 @@ TEST(TransactionDatabase, OpeningAgainStartsAtTheFirstRow)
     Program program;
     program.StartConnected();
     program.Tick();
-    program.CommonDialogueDBFile.choice = "/data/shop.mdb";
-    program.cmdOpenDialogue.OnClick();
+    program.OpenFile("/data/shop.mdb");
     program.WinsockConnect.state = platform::WinsockControl::kConnected;
     program.Tick();
     EXPECT_EQ(program.WinsockConnect.sent, (Texts{"first", "first"}));

@@ -4,100 +4,57 @@
 
 namespace {
 
-using platform::WinsockControl;
-
-TEST(TransportSetUp, PreparesTheSocketForProtocolAndRole)
+TEST(TransportSetUp, TakesThePortAsANumber)
 {
     struct Case {
-        const char* protocol;
-        const char* role;
+        const char* port;
+        const char* shown;
         Texts calls;
-        Texts status;
+        Texts records;
     };
-    const Texts listening = {"  Listening on Port 5015  "};
-    for (const Case& c :
-         {Case{"TCP",
-               "Connect",
-               {"State", "SetProtocol TCP", "SetRemoteHost 127.0.0.1", "SetRemotePort 5015"},
-               {}},
-          Case{"UDP",
-               "Connect",
-               {"State", "SetProtocol UDP", "SetRemoteHost 127.0.0.1", "SetRemotePort 5015"},
-               {}},
-          Case{"TCP", "Listen", {"State", "SetProtocol TCP", "SetLocalPort 5015", "Listen"}, listening},
-          Case{"UDP", "Listen", {"State", "SetProtocol UDP", "Bind 5015"}, listening}}) {
+    const Texts overflow = {"6|Overflow|frmConnect.SetWinsockSettings"};
+    for (const Case& c : {Case{"harbour", "0", {"SetLocalPort 0", "Listen"}, {}},
+                          Case{"1.5", "1.5", {"SetLocalPort 2", "Listen"}, {}},
+                          Case{"99999999999", "99999999999", {}, overflow}}) {
+        SCOPED_TRACE(c.port);
         Program program;
-        program.Setting("TCP/IP Settings", "Protocol", c.protocol);
-        program.Setting("TCP/IP Settings", "Connect", c.role);
-        program.Start(false);
-        EXPECT_EQ(program.TakeCalls("WinsockConnect"), c.calls) << c.protocol << c.role;
-        Texts status = program.TakeStatus();
-        status.erase(status.begin());
-        EXPECT_EQ(status, c.status) << c.protocol << c.role;
+        program.Load({{"PortNumber", c.port}, {"Connect", "Listen"}});
+        Texts calls = program.TakeSocketCalls();
+        calls.erase(calls.begin(), calls.begin() + 2);
+        EXPECT_EQ(calls, c.calls);
+        EXPECT_EQ(program.txtPortNumber.text, c.shown);
+        EXPECT_EQ(program.TakeRecords(), c.records);
     }
 }
 
-TEST(TransportSetUp, AnEmptyAddressKeepsTheFormerOne)
+TEST(TransportSetUp, EndsAtTheFirstFailureAndPlayGoesOn)
 {
-    Program program;
-    program.Start();
-    program.txtIPAddress.text = "";
-    program.journal.Clear();
-    program.cmdPlay.OnClick();
-    EXPECT_EQ(program.TakeCalls("WinsockConnect")[3], "SetRemoteHost 127.0.0.1");
-    EXPECT_EQ(program.txtIPAddress.text, "");
+    const std::vector<std::pair<const char*, Texts>> cases = {
+        {"txtIPAddress.Text", {}},
+        {"WinsockConnect.SetProtocol", {"SetProtocol TCP"}},
+        {"WinsockConnect.SetRemoteHost", {"SetProtocol TCP", "SetRemoteHost 127.0.0.1"}}};
+    for (const auto& [failing, calls] : cases) {
+        Program program;
+        program.Start();
+        program.journal.FailOn(failing);
+        program.cmdPlay.OnClick();
+        Texts expected = {"State", "State"};
+        expected.insert(expected.end(), calls.begin(), calls.end());
+        expected.insert(expected.end(), {"Close", "Connect"});
+        EXPECT_EQ(program.TakeSocketCalls(), expected) << failing;
+        EXPECT_TRUE(program.tmrSendData.enabled);
+        EXPECT_EQ(program.TakeRecords(), Texts{"5|told to fail|frmConnect.SetWinsockSettings"});
+    }
 }
 
-TEST(TransportSetUp, APortThatIsNoNumberBecomesZero)
+TEST(ConnectionEvents, AFailedReconnectionIsASecondRecord)
 {
     Program program;
-    program.Setting("TCP/IP Settings", "PortNumber", "harbour");
-    program.Setting("TCP/IP Settings", "Connect", "Listen");
-    program.Start();
-    EXPECT_EQ(program.txtPortNumber.text, "0");
-    EXPECT_EQ(program.TakeStatus().back(), "  Listening on Port 0  ");
-}
-
-TEST(TransportSetUp, APortWithAFractionIsRoundedButShownAsTyped)
-{
-    Program program;
-    program.Setting("TCP/IP Settings", "PortNumber", "1.5");
-    program.Setting("TCP/IP Settings", "Connect", "Listen");
-    program.Start();
-    EXPECT_EQ(program.TakeCalls("WinsockConnect")[2], "SetLocalPort 2");
-    EXPECT_EQ(program.TakeStatus().back(), "  Listening on Port 1.5  ");
-}
-
-TEST(TransportSetUp, APortBeyond32BitsEndsItBeforeListening)
-{
-    Program program;
-    program.Setting("TCP/IP Settings", "PortNumber", "99999999999");
-    program.Setting("TCP/IP Settings", "Connect", "Listen");
-    program.Start();
-    EXPECT_EQ(program.TakeCalls("WinsockConnect"), (Texts{"State", "SetProtocol TCP"}));
-    EXPECT_EQ(program.TakeStatus(), Texts{"  Database Initialized"});
-    EXPECT_EQ(program.TakeRecords(), Texts{"6|Overflow|frmConnect.SetWinsockSettings"});
-}
-
-TEST(ConnectionEvents, ReportAConnectionInTheWordsOfTheRole)
-{
-    Program client;
-    client.StartPlaying("TCP", "Connect");
-    client.WinsockConnect.OnConnect();
-    EXPECT_EQ(client.TakeStatus(), Texts{"  Connected to IP 127.0.0.1  "});
-    Program server;
-    server.StartPlaying("TCP", "Listen");
-    server.WinsockConnect.OnConnect();
-    EXPECT_EQ(server.TakeStatus(), Texts{"  Connected on Port 5015  "});
-}
-
-TEST(ConnectionEvents, ARequestEndsTheListeningAndIsAccepted)
-{
-    Program program;
-    program.StartPlaying("TCP", "Listen");
-    program.WinsockConnect.OnConnectionRequest(42);
-    EXPECT_EQ(program.TakeCalls("WinsockConnect"), (Texts{"Close", "Accept 42"}));
-    EXPECT_EQ(program.TakeStatus(), Texts{"  Connected to IP 127.0.0.1  on Port 5015  "});
+    program.StartPlaying({{"Reconnect", "YES"}});
+    program.journal.FailOn("WinsockConnect.Connect");
+    program.WinsockConnect.OnError(7, "peer");
+    const std::string name = "|frmConnect.WinsockConnect.Error";
+    EXPECT_EQ(program.TakeRecords(), (Texts{"7|peer" + name, "5|told to fail" + name}));
 }
 
 TEST(ConnectionEvents, ArrivingDataOnlyMovesTheHeartbeat)
@@ -105,95 +62,62 @@ TEST(ConnectionEvents, ArrivingDataOnlyMovesTheHeartbeat)
     Program program;
     program.StartConnected();
     program.WinsockConnect.OnDataArrival(7);
-    EXPECT_EQ(program.TakeCalls("WinsockConnect"), Texts{"GetData"});
+    EXPECT_EQ(program.TakeSocketCalls(), Texts{"GetData"});
     EXPECT_EQ(program.txtHeartbeat.text, "15:07:09");
 }
 
-TEST(ConnectionEvents, ACloseOfThePeerLeavesAClientClosedAndAServerListening)
-{
-    Program client;
-    client.StartConnected();
-    client.WinsockConnect.OnClose();
-    EXPECT_EQ(client.TakeCalls("WinsockConnect"), Texts{"Close"});
-    EXPECT_EQ(client.TakeStatus(), Texts{"  Connection Closed"});
-    EXPECT_TRUE(client.tmrSendData.enabled);
-
-    Program server;
-    server.StartPlaying("TCP", "Listen");
-    server.WinsockConnect.OnClose();
-    EXPECT_EQ(server.TakeCalls("WinsockConnect"), (Texts{"Close", "Listen"}));
-    EXPECT_EQ(server.TakeStatus(), (Texts{"  Connection Closed", "  Listening on Port 5015  "}));
-}
-
-TEST(ConnectionEvents, AFailureToListenAgainComesAfterItsLine)
-{
-    Program program;
-    program.StartPlaying("TCP", "Listen");
-    program.journal.FailOn("WinsockConnect.Listen");
-    program.WinsockConnect.OnClose();
-    EXPECT_EQ(program.TakeStatus(), (Texts{"  Connection Closed", "  Listening on Port 5015  ",
-                                           " Error in Closing Winsock Connection"}));
-    EXPECT_FALSE(program.tmrSendData.enabled);
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.WinsockConnect.Close"});
-}
-
-TEST(ConnectionEvents, AnErrorIsRecordedReportedRecoveredAndSaved)
+TEST(ConnectionEvents, AnErrorSavesTheSettingsAndPausesOnlyToReconnect)
 {
     struct Case {
-        const char* about;
+        const char* reconnect;
         const char* role;
-        bool reconnect;
-        Texts calls;
-        Texts status;
-        bool running;
+        bool runsOn;
     };
-    const std::string lost = "  Error Occured... Connection Lost";
-    for (const Case& c : {Case{"client", "Connect", false, {"Close"}, {lost, "  Settings saved"}, true},
-                          Case{"client that reconnects",
-                               "Connect",
-                               true,
-                               {"Close", "State", "SetProtocol TCP", "SetRemoteHost 127.0.0.1",
-                                "SetRemotePort 5015", "Connect"},
-                               {lost, "  Reconnecting to IP 127.0.0.1  ", "  Settings saved"},
-                               false},
-                          Case{"server",
-                               "Listen",
-                               false,
-                               {"Close", "Listen"},
-                               {lost, "  Listening on Port 5015", "  Settings saved"},
-                               true}}) {
+    for (const Case& c :
+         {Case{"NO", "Connect", true}, Case{"YES", "Connect", false}, Case{"YES", "Listen", true}}) {
         Program program;
-        program.Setting("TCP/IP Settings", "Reconnect", c.reconnect ? "YES" : "NO");
-        program.StartPlaying("TCP", c.role);
+        program.StartPlaying({{"Reconnect", c.reconnect}, {"Connect", c.role}});
         program.txtTimerInterval.text = "77";
         program.WinsockConnect.OnError(10054, "The peer reset the connection");
-        EXPECT_EQ(program.TakeCalls("WinsockConnect"), c.calls) << c.about;
-        EXPECT_EQ(program.TakeStatus(), c.status) << c.about;
-        EXPECT_EQ(program.tmrSendData.enabled, c.running) << c.about;
-        EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), "77") << c.about;
+        EXPECT_EQ(program.tmrSendData.enabled, c.runsOn) << c.reconnect << c.role;
+        EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), "77");
+        EXPECT_EQ((program.profile.values[{"TCP/IP Settings", "Reconnect"}]), c.reconnect);
         EXPECT_EQ(program.TakeRecords(),
-                  Texts{"10054|The peer reset the connection|frmConnect.WinsockConnect.Error"})
-            << c.about;
+                  Texts{"10054|The peer reset the connection|frmConnect.WinsockConnect.Error"});
     }
 }
 
-TEST(ConnectionEvents, AMulticastErrorOpensTheGroupAgainOnlyWithReconnect)
+TEST(ConnectionEvents, WhatAnErrorSavedCountsForTheNextTick)
+{
+    const std::vector<std::pair<const char*, const char*>> cases = {{"Connect", "Connect 10.0.0.9 6000"},
+                                                                    {"Listen", "Listen"}};
+    for (const auto& [role, reopening] : cases) {
+        Program program;
+        program.StartConnected();
+        program.txtIPAddress.text = "10.0.0.9";
+        program.txtPortNumber.text = "6000";
+        program.cboConnect.text = role;
+        program.chkReconnect.value = 1;
+        program.WinsockConnect.OnError(10054, "peer");
+        program.TakeSocketCalls();
+        program.Tick();
+        Texts calls = program.TakeSocketCalls();
+        std::erase(calls, "State");
+        calls.resize(2);
+        EXPECT_EQ(calls, (Texts{"Close", reopening}));
+        EXPECT_EQ(program.TakeRecords(), Texts{"10054|peer|frmConnect.WinsockConnect.Error"});
+    }
+}
+
+TEST(ConnectionEvents, AMulticastErrorOpensTheGroupThatIsShownAnew)
 {
     Program program;
-    program.StartPlaying("MCAST", "Connect");
+    program.StartPlaying({{"Protocol", "MCAST"}});
     program.txtIPAddress.text = "239.9.9.9";
-    program.MCSockConnect.OnError(10051, "unreachable");
-    EXPECT_EQ(program.TakeCalls("MCSockConnect"), Texts{"CloseGroup"});
-    EXPECT_EQ(program.TakeStatus(), Texts{" Error on Multicast Sock on 239.9.9.9 : 5015"});
-
     program.chkReconnect.value = 1;
     program.MCSockConnect.OnError(10051, "unreachable");
-    EXPECT_EQ(program.TakeCalls("MCSockConnect"), (Texts{"CloseGroup", "OpenGroup 239.9.9.9 5015"}));
-
-    program.txtPortNumber.text = "";
-    program.MCSockConnect.OnError(10051, "unreachable");
-    EXPECT_EQ(program.TakeCalls("MCSockConnect"), Texts{"CloseGroup"});
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.MCSockConnect.Error"});
+    EXPECT_EQ(program.TakeSocketCalls(), (Texts{"CloseGroup", "OpenGroup 239.9.9.9 5015"}));
+    EXPECT_EQ(program.TakeStatus(), Texts{" Error on Multicast Sock on 239.9.9.9 : 5015"});
 }
 
 }  // namespace

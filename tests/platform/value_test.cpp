@@ -4,6 +4,7 @@
 
 #include "platform/conversions.h"
 #include "platform/memory/clock_and_formats.h"
+#include "support/failure_of.h"
 
 namespace {
 
@@ -37,15 +38,8 @@ TEST(ValueText, FollowsItsType)
 
 TEST(ValueText, NullAndBinaryHaveNone)
 {
-    const auto numberOf = [](const Value& value) {
-        try {
-            return static_cast<void>(ToText(value, CommaFormats())), 0;
-        } catch (const Failure& failure) {
-            return failure.Number();
-        }
-    };
-    EXPECT_EQ(numberOf(platform::Null{}), 94);
-    EXPECT_EQ(numberOf(platform::Binary{{65}}), 13);
+    EXPECT_EQ(FailureOf([] { return ToText(platform::Null{}, CommaFormats()); }), 94);
+    EXPECT_EQ(FailureOf([] { return ToText(platform::Binary{{65}}, CommaFormats()); }), 13);
 }
 
 TEST(DayNumbers, CountTheirTimeForwardOnBothSidesOfDayZero)

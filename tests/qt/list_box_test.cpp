@@ -11,6 +11,8 @@
 #include <QWheelEvent>
 
 #include "platform/failure.h"
+#include "platform/qt/row_text.h"
+#include "platform/qt/text.h"
 
 namespace platform::qt {
 namespace {
@@ -129,6 +131,36 @@ TEST_F(ListBoxTest, PaintsTheLinesInViewOnlyHoweverLongListAndLinesAre)
     const QColor selection = list.palette().color(QPalette::Highlight);
     EXPECT_EQ(picture.pixelColor(2, picture.height() - 4), selection);
     EXPECT_NE(picture.pixelColor(2, 4), selection);
+}
+
+TEST(RowTexts, ShowAsMuchAsFitsWithAnEllipsisWhereTheyAreCut)
+{
+    const QFontMetrics metrics{QFont()};
+    const std::string texts[] = {std::string(100, 'W'), "1 FLAT WHITE\r\n\t3.20\r\n1 TEA",
+                                 "caf\u00E9 \u20AC 4, \u041A\u043E\u0444\u0435",
+                                 "\U0001F600\U0001F600\U0001F600", std::string(100, 'i')};
+    for (const std::string& text : texts) {
+        const QString whole = VisibleText(text, text.size());
+        const auto widthOfFirst = [&](qsizetype characters) {
+            int width = 0;
+            for (const char32_t character : whole.left(characters).toUcs4())
+                width += metrics.horizontalAdvance(QString::fromUcs4(&character, 1));
+            return width;
+        };
+        const int ellipsis = metrics.horizontalAdvance(QChar(0x2026));
+        const int widthOfWhole = widthOfFirst(whole.size());
+        EXPECT_EQ(RowText(metrics, widthOfWhole).Of(text), whole) << text;
+        for (int width = ellipsis; width < widthOfWhole; ++width) {
+            const QString cut = RowText(metrics, width).Of(text);
+            ASSERT_TRUE(cut.endsWith(QChar(0x2026))) << text << " in " << width;
+            const qsizetype kept = cut.size() - 1;
+            const qsizetype next = kept + (whole[kept].isHighSurrogate() ? 2 : 1);
+            ASSERT_EQ(cut.left(kept), whole.left(kept)) << text << " in " << width;
+            ASSERT_LE(widthOfFirst(kept) + ellipsis, width) << text;
+            ASSERT_GT(widthOfFirst(next) + ellipsis, width) << text;
+            ASSERT_FALSE(kept > 0 && cut[kept - 1].isHighSurrogate()) << text << " in " << width;
+        }
+    }
 }
 
 TEST_F(ListBoxTest, TellsScreenReadersItsSelectedLine)

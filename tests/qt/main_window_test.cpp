@@ -8,30 +8,14 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/qt/caption_font.h"
+#include "support/failure_of.h"
 
 namespace platform::qt {
 namespace {
 
 using namespace std::string_literals;
-
-QString NameOf(const QObject* object)
-{
-    return object == nullptr ? QString() : object->objectName();
-}
-
-/// The number of the failure that a call gives; 0 for none.
-int FailureOf(const std::function<void()>& call)
-{
-    try {
-        call();
-        return 0;
-    } catch (const Failure& failure) {
-        return failure.Number();
-    }
-}
 
 class MainWindowTest : public testing::Test {
 protected:
@@ -70,12 +54,11 @@ TEST(MainWindow, ClipsNoCaptionInAnyFont)
         QApplication::setFont(QFont(family, 16));
         EventGate gate;
         const MainWindow window(gate);
-        const auto labels = window.findChildren<QLabel*>();
-        const auto buttons = window.findChildren<QAbstractButton*>();
-        QList<const QWidget*> captioned(labels.begin(), labels.end());
-        captioned.append(QList<const QWidget*>(buttons.begin(), buttons.end()));
         int captions = 0;
-        for (const QWidget* const widget : captioned) {
+        for (const QWidget* const widget : window.findChildren<QWidget*>()) {
+            if (qobject_cast<const QLabel*>(widget) == nullptr &&
+                qobject_cast<const QAbstractButton*>(widget) == nullptr)
+                continue;
             const Caption caption = CaptionOf(*widget);
             const QRect needed = QFontMetrics(widget->font(), widget).boundingRect(caption.text);
             captions += caption.text.isEmpty() ? 0 : 1;
@@ -98,7 +81,8 @@ TEST_F(MainWindowTest, MovesTheFocusThroughNamedInputsInOrderFromOpenFile)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     for (const QString& name : order.split(' ')) {
         QWidget* const input = window.focusWidget();
-        EXPECT_EQ(NameOf(input), name);
+        ASSERT_NE(input, nullptr) << name.toStdString();
+        EXPECT_EQ(input->objectName(), name);
         EXPECT_FALSE(QAccessible::queryAccessibleInterface(input)->text(QAccessible::Name).isEmpty())
             << name.toStdString();
         QTest::keyClick(input, Qt::Key_Tab);
@@ -108,11 +92,10 @@ TEST_F(MainWindowTest, MovesTheFocusThroughNamedInputsInOrderFromOpenFile)
 TEST_F(MainWindowTest, KeepsTextsAsTheyAre)
 {
     const std::string odd = "a & b\r\n\t\x01 \uFEFF\U0001F600"s + std::string(100'000, 'x');
-    for (platform::TextBox* const box : {static_cast<platform::TextBox*>(&window.txtIPAddress),
-                                         static_cast<platform::TextBox*>(&window.txtFilePath)}) {
-        box->SetText(odd);
-        EXPECT_EQ(box->Text(), odd);
-    }
+    window.txtIPAddress.SetText(odd);
+    window.txtFilePath.SetText(odd);
+    EXPECT_EQ(window.txtIPAddress.Text(), odd);
+    EXPECT_EQ(window.txtFilePath.Text(), odd);
     QTest::keyClicks(&window.txtPortNumber, "50&15");
     EXPECT_EQ(window.txtPortNumber.Text(), "50&15");
 }

@@ -14,13 +14,10 @@ public:
     ~FreshNetwork();
 
     /// Without multicast, and without a route to any group.
-    static void BringLoopBackUp();
+    static void BringLoopBackUp() { Run("ip link set lo up multicast off"); }
 
-    /// Sockets that ask for any free port can get no other one.
-    static void LeaveOneFreePort(int port);
-
-    /// Adds an interface "outward" that is up, can multicast and has an address, but no route to a group.
-    static void AddOutwardInterface();
+    /// Sets the network up with a shell command, which must succeed.
+    static void Run(const char* command);
 
 private:
     FileDescriptor former_;

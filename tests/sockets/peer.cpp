@@ -71,11 +71,9 @@ Peer Peer::InGroup(const std::string& group, std::uint16_t port, const std::stri
     const SocketAddress address = AddressFromText(group).value();
     const bool isIPv4 = address.Family() == AF_INET;
     FileDescriptor socket = OpenBound(SOCK_DGRAM, isIPv4 ? "0.0.0.0" : "::", port, true);
-    const group_req request{.gr_interface = ::if_nametoindex(interface.c_str()), .gr_group = [&] {
-                                sockaddr_storage storage{};
-                                std::memcpy(&storage, address.Data(), address.Size());
-                                return storage;
-                            }()};
+    group_req request{};
+    request.gr_interface = ::if_nametoindex(interface.c_str());
+    std::memcpy(&request.gr_group, address.Data(), address.Size());
     const int level = isIPv4 ? IPPROTO_IP : IPPROTO_IPV6;
     EXPECT_EQ(0, ::setsockopt(socket.Number(), level, MCAST_JOIN_GROUP, &request, sizeof request))
         << std::strerror(errno);
@@ -99,16 +97,15 @@ void Peer::Send(const std::string& bytes)
               ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
 }
 
-void Peer::SendBlocking(const std::string& bytes)
+void Peer::SendBlocking(std::string_view bytes)
 {
-    std::string_view rest = bytes;
-    while (!rest.empty()) {
+    while (!bytes.empty()) {
         pollfd writable{.fd = socket_.Number(), .events = POLLOUT, .revents = 0};
         ::poll(&writable, 1, -1);
-        const ssize_t sent = ::send(socket_.Number(), rest.data(), rest.size(), MSG_NOSIGNAL);
+        const ssize_t sent = ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (sent < 0 && errno != EAGAIN)
             return;
-        rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(sent, 0)));
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(sent, 0)));
     }
 }
 
@@ -124,16 +121,6 @@ std::string Peer::Receive(std::size_t bytes)
     EXPECT_TRUE(WaitFor([&] {
         TakeAvailable();
         return received_.size() >= bytes || ended_;
-    })) << "after "
-        << received_.size() << " bytes";
-    return std::exchange(received_, {});
-}
-
-std::string Peer::ReceiveAll()
-{
-    EXPECT_TRUE(WaitFor([&] {
-        TakeAvailable();
-        return ended_;
     })) << "after "
         << received_.size() << " bytes";
     return std::exchange(received_, {});

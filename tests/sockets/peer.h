@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/posix/file_descriptor.h"
 #include "platform/sockets/socket_address.h"
@@ -34,14 +35,13 @@ public:
 
     void Send(const std::string& bytes);
     /// For a thread of the test's own: waits while the other side does not read.
-    void SendBlocking(const std::string& bytes);
+    void SendBlocking(std::string_view bytes);
     void SendTo(std::uint16_t port, const std::string& bytes, const std::string& address = "127.0.0.1");
 
-    /// Runs the event loop until this many bytes have come; gives all that has come and was not taken.
+    /// Runs the event loop until this many bytes have come or the other side has ended; gives all that has
+    /// come and was not taken, "reset" behind it if it was no orderly end.
     [[nodiscard]] std::string Receive(std::size_t bytes);
-    /// Runs the event loop until the other side has ended, and gives all; "reset" behind it if it was no
-    /// orderly end.
-    [[nodiscard]] std::string ReceiveAll();
+    [[nodiscard]] std::string ReceiveAll() { return Receive(std::string::npos); }
     /// Runs the event loop until a datagram comes; nothing when none does.
     [[nodiscard]] std::optional<std::string> ReceiveDatagram();
     [[nodiscard]] bool HasDatagram();

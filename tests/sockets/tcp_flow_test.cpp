@@ -10,6 +10,7 @@ namespace platform::sockets {
 namespace {
 
 constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+constexpr int kMostRecords = 4000;  // four times what may wait
 
 class TcpFlowTest : public WinsockTest {
 protected:
@@ -18,16 +19,17 @@ protected:
     {
         const std::string filling(64000, '.');
         std::string accepted;
-        for (int record = 0;; ++record) {
+        for (int record = 0; record < kMostRecords; ++record) {
             const std::string text = std::to_string(record) + filling;
-            refusal = FailureOf([&] { socket.SendData(text); });
-            if (refusal != 0)
+            if (const int refusal = FailureOf([&] { socket.SendData(text); })) {
+                EXPECT_EQ(failure::kSocketWouldBlock, refusal);
                 return accepted;
+            }
             accepted += text;
         }
+        ADD_FAILURE() << "no record is refused";
+        return accepted;
     }
-
-    int refusal = 0;
 };
 
 TEST_F(TcpFlowTest, CloseStillHandsOverWhatWasAcceptedToASlowPeerThatTalks)

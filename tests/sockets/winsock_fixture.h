@@ -11,20 +11,9 @@
 #include "platform/sockets/winsock.h"
 #include "sockets/event_loop.h"
 #include "sockets/peer.h"
+#include "support/failure_of.h"
 
 namespace platform::sockets {
-
-/// The number of the Failure that a call throws; 0 for none.
-template <class Call>
-int FailureOf(Call call)
-{
-    try {
-        call();
-        return 0;
-    } catch (const Failure& failure) {
-        return failure.Number();
-    }
-}
 
 /// A control whose events are written down. As in the program, a request is accepted, and what has ended or
 /// failed is closed, unless the test sets a handler of its own.

@@ -16,22 +16,22 @@ bool DiskFileSystem::FileExists(const std::string& path) const
 
 void DiskFileSystem::Append(const std::string& path, const std::string& bytes)
 {
-    const FileDescriptor file = OpenAndLock(path, O_WRONLY | O_APPEND | O_CREAT);
-    const off_t oldSize = StatusOf(file, path).st_size;
+    const FileDescriptor file = OpenAndLock(path, O_WRONLY | O_APPEND | O_CREAT, lockWait_);
     const ssize_t count = ::write(file.Number(), bytes.data(), bytes.size());
     if (count < 0)
         ThrowErrno(path);
     if (static_cast<std::size_t>(count) == bytes.size())
         return;
     // A part of a record is worse than none: the next one would be glued to it.
-    if (::ftruncate(file.Number(), oldSize) != 0)
+    const off_t begin = ::lseek(file.Number(), -count, SEEK_CUR);
+    if (::ftruncate(file.Number(), begin) != 0)
         ThrowErrno(path);
     ThrowError(ENOSPC, path);
 }
 
 std::unique_ptr<LockedTextFile> DiskFileSystem::OpenLocked(const std::string& path)
 {
-    return std::make_unique<LockedDiskFile>(path);
+    return std::make_unique<LockedDiskFile>(path, lockWait_);
 }
 
 }  // namespace platform::files

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/file_system.h"
+#include "platform/files/lock_wait.h"
 
 namespace platform::files {
 
@@ -11,6 +12,9 @@ public:
     [[nodiscard]] bool FileExists(const std::string& path) const override;
     void Append(const std::string& path, const std::string& bytes) override;
     [[nodiscard]] std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) override;
+
+private:
+    LockWait lockWait_;
 };
 
 }  // namespace platform::files

@@ -6,7 +6,8 @@
 
 namespace platform::files {
 
-LockedDiskFile::LockedDiskFile(const std::string& path) : path_(path), file_(OpenAndLock(path, O_RDWR))
+LockedDiskFile::LockedDiskFile(const std::string& path, LockWait& wait)
+    : path_(path), file_(OpenAndLock(path, O_RDWR, wait))
 {
     Replacement::RemoveLeftover(path);
 }

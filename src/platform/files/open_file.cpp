@@ -1,15 +1,10 @@
 #include "platform/files/open_file.h"
 
-#include <sys/file.h>
-
 #include <array>
 #include <cerrno>
-#include <chrono>
-#include <future>
-#include <thread>
-#include <utility>
 
 #include "platform/files/errno_failure.h"
+#include "platform/posix/read_fully.h"
 
 namespace platform::files {
 namespace {
@@ -20,24 +15,6 @@ constexpr std::size_t kPiece = std::size_t{64} * 1024;
 /// More than any race with other programs takes (against one that trims without a pause, a hundred and more);
 /// a file system that numbers its files anew at every look must not keep us here for ever.
 constexpr int kMostOpenings = 10'000;
-
-/// Longer than any program of this kind holds the lock of one file, unless it was stopped.
-constexpr std::chrono::seconds kLongestWait{2};
-
-/// Waits in the system's queue, in which every program gets its turn, on a thread that can be left behind:
-/// the lock belongs to the open file, whose last descriptor gives it up.
-bool LockInTurn(const FileDescriptor& file)
-{
-    FileDescriptor same(::fcntl(file.Number(), F_DUPFD_CLOEXEC, 0));
-    std::promise<void> locked;
-    const std::future<void> turn = locked.get_future();
-    std::thread([same = std::move(same), locked = std::move(locked)]() mutable {
-        while (::flock(same.Number(), LOCK_EX) != 0 && errno == EINTR) {
-        }
-        locked.set_value();
-    }).detach();
-    return turn.wait_for(kLongestWait) == std::future_status::ready;
-}
 
 bool StandsAt(const std::string& path, const FileDescriptor& file)
 {
@@ -55,28 +32,22 @@ FileDescriptor Open(const std::string& path, int flags)
     FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kReadableAndWritable));
     if (!file.IsOpen())
         ThrowErrno(path);
-    if (S_ISDIR(StatusOf(file, path).st_mode))
+    const bool forReading = (flags & O_ACCMODE) == O_RDONLY;  // the system opens no folder for writing
+    if (forReading && S_ISDIR(StatusOf(file, path).st_mode))
         ThrowError(EISDIR, path);
     return file;
 }
 
-FileDescriptor OpenAndLock(const std::string& path, int flags)
+FileDescriptor OpenAndLock(const std::string& path, int flags, LockWait& wait)
 {
     FileDescriptor file;
     for (int i = 0; i < kMostOpenings; ++i) {
         file = Open(path, flags);
-        Lock(file, path);
+        wait.Lock(file, path);
         if (StandsAt(path, file))
             break;
     }
     return file;
-}
-
-void Lock(const FileDescriptor& file, const std::string& path)
-{
-    const bool isTaken = ::flock(file.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    if (isTaken && !LockInTurn(file))
-        ThrowError(EACCES, path);
 }
 
 struct stat StatusOf(const FileDescriptor& file, const std::string& path)
@@ -90,17 +61,10 @@ struct stat StatusOf(const FileDescriptor& file, const std::string& path)
 std::size_t ReadAt(const FileDescriptor& file, std::int64_t position, char* bytes, std::size_t size,
                    const std::string& path)
 {
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t count =
-            ::pread(file.Number(), bytes + done, size - done, position + static_cast<std::int64_t>(done));
-        if (count < 0 && errno != EINTR)
-            ThrowErrno(path);
-        if (count == 0)
-            break;
-        done += count > 0 ? static_cast<std::size_t>(count) : 0;
-    }
-    return done;
+    const auto count = ReadFully(file, static_cast<std::uint64_t>(position), bytes, size);
+    if (!count)
+        ThrowErrno(path);
+    return *count;
 }
 
 std::string ReadAll(const FileDescriptor& file, const std::string& path)

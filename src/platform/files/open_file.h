@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/files/lock_wait.h"
 #include "platform/posix/file_descriptor.h"
 
 namespace platform::files {
@@ -17,14 +18,10 @@ namespace platform::files {
 /// never waits.
 [[nodiscard]] FileDescriptor Open(const std::string& path, int flags);
 
-/// Opens a file and takes its exclusive lock, waiting 2 s at most for whoever holds it (then
-/// kPermissionDenied). When the file was replaced or removed meanwhile, the one that stands there now is
-/// opened instead, so that nothing is written to a file that no longer has a name. The lock ends with the
-/// descriptor. A file system without locks gives none.
-[[nodiscard]] FileDescriptor OpenAndLock(const std::string& path, int flags);
-
-/// Takes the exclusive lock of an open file, waiting as OpenAndLock does.
-void Lock(const FileDescriptor& file, const std::string& path);
+/// Opens a file and takes its exclusive lock, waiting as LockWait does. When the file was replaced or removed
+/// meanwhile, the one that stands there now is opened instead, so that nothing is written to a file that no
+/// longer has a name. The lock ends with the descriptor.
+[[nodiscard]] FileDescriptor OpenAndLock(const std::string& path, int flags, LockWait& wait);
 
 [[nodiscard]] struct stat StatusOf(const FileDescriptor& file, const std::string& path);
 

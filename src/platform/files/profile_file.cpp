@@ -25,7 +25,7 @@ void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, con
                                                  const std::string& value, const std::string& path)
 {
     try {
-        FileDescriptor file = OpenAndLock(path, O_RDWR);
+        FileDescriptor file = OpenAndLock(path, O_RDWR, lockWait_);
         Replacement::RemoveLeftover(path);
         const std::string text = ReadAll(file, path);
         const std::string changed = WithProfileEntries(text, std::array{ProfileEntry{section, key, value}});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/files/lock_wait.h"
 #include "platform/profile_file.h"
 
 namespace platform::files {
@@ -13,6 +14,9 @@ public:
                                                        const std::string& path) const override;
     void WritePrivateProfileStringA(const std::string& section, const std::string& key,
                                     const std::string& value, const std::string& path) override;
+
+private:
+    LockWait lockWait_;
 };
 
 }  // namespace platform::files

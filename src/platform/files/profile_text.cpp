@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/ansi_code_page.h"
-#include "platform/conversions.h"
+#include "platform/names.h"
 
 namespace platform::files {
 namespace {
@@ -89,9 +89,9 @@ std::string QuotedIfNeeded(const std::string& bytes)
     return Unquoted(Trimmed(bytes)) == bytes ? bytes : '"' + bytes + '"';
 }
 
-bool SameName(std::string_view bytes, std::string_view name)
+bool IsNamed(std::string_view bytes, std::string_view name)
 {
-    return LowerCase(Decoded(Trimmed(bytes))) == LowerCase(name);
+    return SameName(Decoded(Trimmed(bytes)), name);
 }
 
 std::optional<std::string_view> SectionName(const Line& line)
@@ -127,11 +127,11 @@ Place Locate(std::string_view text, std::string_view section, std::string_view k
         if (!line.lineEnd.empty() && !place.lastOfSection)
             place.lineEnd = line.lineEnd;
         if (const auto name = SectionName(line))
-            inSection = SameName(*name, section);
+            inSection = IsNamed(*name, section);
         if (!inSection || IsBlankOrComment(line))
             continue;
         const auto entry = Entry(line);
-        if (entry && SameName(entry->key, key)) {
+        if (entry && IsNamed(entry->key, key)) {
             place.value = entry->value;
             return place;
         }

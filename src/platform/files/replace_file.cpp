@@ -133,7 +133,7 @@ bool Replacement::MoveOverFile()
         return false;
     if (::fsync(newFile_.Number()) != 0)
         ThrowErrno(target_);
-    Lock(newFile_, target_);
+    LockWait().Lock(newFile_, target_);
     if (!named_) {
         const std::string open = "/proc/self/fd/" + std::to_string(newFile_.Number());
         named_ = ::linkat(AT_FDCWD, open.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) == 0;

@@ -5,8 +5,8 @@
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/column_value.h"
-#include "platform/jet/names.h"
 #include "platform/jet/table_scan.h"
+#include "platform/names.h"
 
 namespace platform::jet {
 namespace {

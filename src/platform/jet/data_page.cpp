@@ -41,16 +41,16 @@ DataPage OwnedPage(const PageFile& file, RowPosition position, std::uint32_t own
     return page;
 }
 
-StoredRow FollowPointer(const PageFile& file, Slot slot, std::uint32_t owner)
+StoredRow FollowPointer(const PageFile& file, RowPosition target, std::uint32_t owner)
 {
     for (int hop = 0; hop < kMostHops; ++hop) {
-        const RowPosition target{slot.bytes.U32(0)};
         const DataPage page = OwnedPage(file, target, owner);
-        slot = page.SlotAt(target.Row());
+        const Slot slot = page.SlotAt(target.Row());
         if (slot.kind == SlotKind::kMovedRow)
             return {page.Underlying(), slot.bytes};
         if (slot.kind != SlotKind::kPointer)
             NoRowAt(target);
+        target = {slot.bytes.U32(0)};
     }
     throw Damage("a row that has moved cannot be found");
 }
@@ -93,7 +93,7 @@ std::optional<StoredRow> RowPlacedAt(const PageFile& file, const DataPage& page,
         case SlotKind::kRow:
             return StoredRow{page.Underlying(), slot.bytes};
         case SlotKind::kPointer:
-            return FollowPointer(file, slot, page.Owner());
+            return FollowPointer(file, {slot.bytes.U32(0)}, page.Owner());
         default:
             return std::nullopt;
     }

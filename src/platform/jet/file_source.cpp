@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -10,6 +9,7 @@
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/byte_view.h"
+#include "platform/posix/read_fully.h"
 
 namespace platform::jet {
 namespace {
@@ -58,17 +58,10 @@ FileSource::FileSource(const std::string& path) : file_(OpenForReading(path))
 
 std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const
 {
-    std::size_t done = 0;
-    while (done < buffer.size()) {
-        const ssize_t count = pread(file_.Number(), buffer.data() + done, buffer.size() - done,
-                                    static_cast<off_t>(offset + done));
-        if (count < 0 && errno != EINTR)
-            throw Damage("it cannot be read: " + ReasonOf(errno));
-        if (count == 0)
-            break;
-        done += count > 0 ? static_cast<std::size_t>(count) : 0;
-    }
-    return done;
+    const auto count = ReadFully(file_, offset, buffer.data(), buffer.size());
+    if (!count)
+        throw Damage("it cannot be read: " + ReasonOf(errno));
+    return *count;
 }
 
 std::uint64_t FileSource::Size() const

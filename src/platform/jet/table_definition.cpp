@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/ansi_code_page.h"
-#include "platform/jet/names.h"
 #include "platform/jet/text.h"
+#include "platform/names.h"
 
 namespace platform::jet {
 namespace {

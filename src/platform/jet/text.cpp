@@ -1,6 +1,6 @@
 #include "platform/jet/text.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "platform/ansi_code_page.h"
 
@@ -8,14 +8,6 @@ namespace platform::jet {
 namespace {
 
 constexpr std::string_view kCompressionMark = "\xFF\xFE";
-
-/// The ASCII characters other than U+0000 that the bytes begin with: most of any text, and the same in UTF-8.
-std::string_view LeadingAscii(std::string_view bytes)
-{
-    const auto* const end =
-        std::ranges::find_if(bytes, [](char c) { return static_cast<signed char>(c) <= 0; });
-    return bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
-}
 
 /// Collects UTF-16 units as UTF-8.
 class Utf16Reader {
@@ -83,12 +75,6 @@ std::string Decompress(ByteView bytes)
     return reader.TakeText();
 }
 
-std::string FromCodePage(std::string_view bytes)
-{
-    const std::string_view ascii = LeadingAscii(bytes);
-    return std::string(ascii) + FromAnsi(bytes.substr(ascii.size()));
-}
-
 }  // namespace
 
 std::string FromUtf16(ByteView bytes)
@@ -103,7 +89,7 @@ std::string FromUtf16(ByteView bytes)
 std::string DecodeText(ByteView bytes, Format format)
 {
     if (format == Format::kJet3)
-        return FromCodePage(bytes.AsText());
+        return FromAnsi(bytes.AsText());
     if (bytes.AsText().starts_with(kCompressionMark))
         return Decompress(bytes.From(kCompressionMark.size()));
     return FromUtf16(bytes);

@@ -8,8 +8,14 @@ namespace platform::qt {
 
 DateTime Clock::Now() const
 {
-    const QDateTime now = QDateTime::currentDateTime();
-    return FromQt(now.date(), now.time());
+    const auto now = std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
+    const auto second = std::chrono::floor<std::chrono::seconds>(now);
+    if (second != second_) {
+        const auto local = QDateTime::fromSecsSinceEpoch(second.time_since_epoch().count());
+        localSecond_ = FromQt(local.date(), local.time());
+        second_ = second;
+    }
+    return localSecond_ + (now - second);
 }
 
 }  // namespace platform::qt

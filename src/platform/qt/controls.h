@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <chrono>
 #include <string>
 
 #include "platform/check_box.h"
@@ -35,8 +36,11 @@ public:
 private:
     void ShowText();
 
+    /// Not in step with the lists, so that text and lines are mostly painted in the pauses of different ticks.
+    static constexpr std::chrono::milliseconds kPause{24};
+
     std::string text_;
-    FramePacer pacer_{[this] { ShowText(); }};
+    FramePacer pacer_{[this] { ShowText(); }, kPause};
 };
 
 class DropDownList final : public QComboBox, public platform::DropDownList {

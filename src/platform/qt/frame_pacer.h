@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <utility>
 
@@ -9,11 +10,14 @@ namespace platform::qt {
 /// Runs an action soon after it was asked for, at most once a display frame, however often it is asked for.
 class FramePacer {
 public:
-    explicit FramePacer(std::function<void()> action) : action_(std::move(action))
+    static constexpr std::chrono::milliseconds kFrame{16};
+
+    /// The pause is how long the action waits for more of what it is to show, a frame or longer.
+    explicit FramePacer(std::function<void()> action, std::chrono::milliseconds pause = kFrame)
+        : action_(std::move(action))
     {
-        constexpr int kFrameMilliseconds = 16;
         timer_.setSingleShot(true);
-        timer_.setInterval(kFrameMilliseconds);
+        timer_.setInterval(pause);
         QObject::connect(&timer_, &QTimer::timeout, action_);
     }
 

@@ -8,7 +8,6 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
-#include <QScrollBar>
 #include <QStyleOptionFocusRect>
 #include <algorithm>
 #include <cmath>
@@ -16,6 +15,7 @@
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/qt/list_box_accessible.h"
+#include "platform/qt/row_text.h"
 #include "platform/qt/text.h"
 
 namespace platform::qt {
@@ -23,27 +23,9 @@ namespace {
 
 constexpr int kTextMargin = 3;  // left and right of a line, in pixels
 
-/// As much of a text as fits into a width, with an ellipsis where it is cut. The text is not laid out for that: for
-/// a long one this would be the dearest part of painting.
-QString Fitting(const QString& text, const QFontMetrics& metrics, int width)
-{
-    const QChar ellipsis(0x2026);
-    const int widthBesideEllipsis = width - metrics.horizontalAdvance(ellipsis);
-    int used = 0;
-    qsizetype fits = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        used += metrics.horizontalAdvance(text[i]);
-        if (used > width)
-            return text.left(fits) + ellipsis;
-        if (used <= widthBesideEllipsis && !text[i].isHighSurrogate())
-            fits = i + 1;
-    }
-    return text;
-}
-
 }  // namespace
 
-ListBox::ListBox(QWidget* parent) : QAbstractScrollArea(parent)
+ListBox::ListBox(QWidget* parent) : QAbstractScrollArea(parent), scrollBar_(new LineScrollBar(this))
 {
     QAccessible::installFactory(&ListBoxAccessible::Create);
     setFocusPolicy(Qt::StrongFocus);
@@ -52,6 +34,7 @@ ListBox::ListBox(QWidget* parent) : QAbstractScrollArea(parent)
     quicklyPainted.setStyleStrategy(QFont::PreferNoShaping);
     setFont(quicklyPainted);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBar(scrollBar_);
 }
 
 void ListBox::AddItem(const std::string& line)
@@ -86,7 +69,7 @@ std::string ListBox::SelectedText(std::size_t mostBytes) const
 
 int ListBox::TopLine() const
 {
-    return verticalScrollBar()->value();
+    return scrollBar_->value();
 }
 
 int ListBox::LinesInView() const
@@ -104,17 +87,27 @@ int ListBox::RowHeight() const
     return std::max(1, fontMetrics().height());
 }
 
+/// A scroll area's paintEvent is its viewport's; its own, of the frame, arrives here only.
+bool ListBox::event(QEvent* event)
+{
+    const bool handled = QAbstractScrollArea::event(event);
+    if (event->type() == QEvent::Paint && hasFocus())
+        PaintFocus();
+    return handled;
+}
+
 void ListBox::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(viewport());
     QRect row(0, 0, viewport()->width(), RowHeight());
+    RowText texts(fontMetrics(), row.width() - 2 * kTextMargin);
     for (int line = TopLine(); line < Count() && row.top() < viewport()->height(); ++line) {
-        PaintRow(painter, line, row);
+        PaintRow(painter, line, row, texts);
         row.translate(0, row.height());
     }
 }
 
-void ListBox::PaintRow(QPainter& painter, int line, const QRect& row) const
+void ListBox::PaintRow(QPainter& painter, int line, const QRect& row, RowText& texts) const
 {
     const bool selected = line == selected_;
     if (selected)
@@ -122,13 +115,9 @@ void ListBox::PaintRow(QPainter& painter, int line, const QRect& row) const
     painter.setPen(palette().color(selected ? QPalette::HighlightedText : QPalette::Text));
 
     // No character is narrower than a pixel, so this many fill the row, whatever the length of the line.
-    const auto mostCharacters = static_cast<std::size_t>(row.width());
-    const std::string beginning =
-        lines_.Line(static_cast<std::size_t>(line), BytesOfCharacters(mostCharacters));
-    const QRect place = row.adjusted(kTextMargin, 0, -kTextMargin, 0);
-    const QString text = VisibleText(beginning, mostCharacters);
-    painter.drawText(place.left(), row.top() + fontMetrics().ascent(),
-                     Fitting(text, fontMetrics(), place.width()));
+    const auto mostBytes = BytesOfCharacters(static_cast<std::size_t>(row.width()));
+    const std::string beginning = lines_.Line(static_cast<std::size_t>(line), mostBytes);
+    painter.drawText(row.left() + kTextMargin, row.top() + fontMetrics().ascent(), texts.Of(beginning));
 
     if (selected && hasFocus()) {
         QStyleOptionFocusRect option;
@@ -137,6 +126,14 @@ void ListBox::PaintRow(QPainter& painter, int line, const QRect& row) const
         option.backgroundColor = palette().color(QPalette::Highlight);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
     }
+}
+
+/// Styles mark the focus of a text box in its frame, but of a list in its lines only, and it may have none.
+void ListBox::PaintFocus()
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void ListBox::resizeEvent(QResizeEvent* event)
@@ -196,12 +193,14 @@ void ListBox::contextMenuEvent(QContextMenuEvent* event)
 void ListBox::focusInEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusInEvent(event);
+    update();
     viewport()->update();
 }
 
 void ListBox::focusOutEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusOutEvent(event);
+    update();
     viewport()->update();
 }
 
@@ -229,17 +228,19 @@ void ListBox::CopySelected() const
 
 void ListBox::UpdateScrollBar()
 {
-    verticalScrollBar()->setPageStep(LinesInView());
-    verticalScrollBar()->setRange(0, std::max(0, Count() - LinesInView()));
+    scrollBar_->setPageStep(LinesInView());
+    scrollBar_->setRange(0, std::max(0, Count() - LinesInView()));
 }
 
 void ListBox::ShowChanges()
 {
-    UpdateScrollBar();
-    if (reveal_ && selected_ >= 0) {
-        const int lowestTop = selected_ - LinesInView() + 1;
-        verticalScrollBar()->setValue(std::clamp(TopLine(), lowestTop, selected_));
-    }
+    scrollBar_->Change([this] {
+        UpdateScrollBar();
+        if (reveal_ && selected_ >= 0) {
+            const int lowestTop = selected_ - LinesInView() + 1;
+            scrollBar_->setValue(std::clamp(TopLine(), lowestTop, selected_));
+        }
+    });
     if (announce_ && QAccessible::isActive()) {
         QAccessibleValueChangeEvent changed(this, QString());
         QAccessible::updateAccessibility(&changed);

@@ -6,7 +6,9 @@
 
 #include "platform/list_box.h"
 #include "platform/qt/frame_pacer.h"
+#include "platform/qt/line_scroll_bar.h"
 #include "platform/qt/line_store.h"
+#include "platform/qt/row_text.h"
 
 namespace platform::qt {
 
@@ -36,6 +38,7 @@ public:
     [[nodiscard]] int LinesInView() const;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -49,13 +52,15 @@ protected:
 private:
     [[nodiscard]] int Count() const;
     [[nodiscard]] int RowHeight() const;
-    void PaintRow(QPainter& painter, int line, const QRect& row) const;
+    void PaintRow(QPainter& painter, int line, const QRect& row, RowText& texts) const;
+    void PaintFocus();
     void SelectByOperator(int line);
     void SelectAt(const QPoint& position);
     void CopySelected() const;
     void UpdateScrollBar();
     void ShowChanges();
 
+    LineScrollBar* const scrollBar_;  ///< The widget owns it.
     LineStore lines_;
     int selected_ = -1;
     bool reveal_ = false;    ///< The selected line is to be scrolled into view.

@@ -24,6 +24,7 @@ void OpenFileDialog::ShowOpen()
 {
     QFileDialog dialog(&window_);
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setOption(QFileDialog::ReadOnly);  // or a key deletes or renames what is to be opened
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setWindowTitle(QStringLiteral("Open"));

@@ -46,16 +46,20 @@ std::string FromQt(const QString& text)
     return text.toStdString();
 }
 
+char32_t TakeVisible(std::string_view& utf8)
+{
+    const char32_t character = TakeCharacter(utf8);
+    if (character == U'\r' && utf8.starts_with('\n'))
+        utf8.remove_prefix(1);
+    return Visible(character);
+}
+
 QString VisibleText(std::string_view utf8, std::size_t mostCharacters)
 {
     QString visible;
     visible.reserve(static_cast<qsizetype>(std::min(utf8.size(), mostCharacters)));
-    for (; !utf8.empty() && mostCharacters > 0; --mostCharacters) {
-        const char32_t character = TakeCharacter(utf8);
-        if (character == U'\r' && utf8.starts_with('\n'))
-            utf8.remove_prefix(1);
-        visible += QChar::fromUcs4(Visible(character));
-    }
+    for (; !utf8.empty() && mostCharacters > 0; --mostCharacters)
+        visible += QChar::fromUcs4(TakeVisible(utf8));
     return visible;
 }
 

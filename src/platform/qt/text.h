@@ -11,8 +11,11 @@ namespace platform::qt {
 [[nodiscard]] QString ToQt(std::string_view utf8);
 [[nodiscard]] std::string FromQt(const QString& text);
 
-/// The first characters of a text, each of them visible on one line: line breaks and tabs show as arrows,
-/// other control and formatting characters as a dot. Costs no more than what it returns.
+/// Takes the first character off a UTF-8 text that is not empty, and returns what makes it visible on one
+/// line: an arrow for a tab or a line break (CR LF is one), a dot for another control or formatting character.
+[[nodiscard]] char32_t TakeVisible(std::string_view& utf8);
+
+/// The first characters of a text, each of them visible on one line. Costs no more than what it returns.
 [[nodiscard]] QString VisibleText(std::string_view utf8, std::size_t mostCharacters);
 
 /// Bytes of a text that hold its first characters whole.

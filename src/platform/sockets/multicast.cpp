@@ -3,7 +3,6 @@
 #include <sys/socket.h>
 
 #include <cerrno>
-#include <limits>
 #include <span>
 
 #include "platform/failure_numbers.h"
@@ -19,10 +18,7 @@ SocketAddress CheckedGroup(const std::string& address, std::int32_t port)
     auto group = AddressFromText(WithoutBlanksAround(address));
     if (!group || !group->IsGroup())
         throw Failure(failure::kInvalidPropertyValue, "\"" + address + "\" is not a multicast group");
-    if (port < 1 || port > std::numeric_limits<std::uint16_t>::max())
-        throw Failure(failure::kInvalidPropertyValue,
-                      "Port " + std::to_string(port) + " is outside 1 to 65535");
-    group->SetPort(static_cast<std::uint16_t>(port));
+    group->SetPort(CheckedPort(port, 1));
     return *group;
 }
 
@@ -44,6 +40,12 @@ bool Send(const FileDescriptor& socket, std::span<const std::uint8_t> bytes, con
         return true;
     const bool withoutRoute = errno == ENETUNREACH && group.Family() == AF_INET;
     return withoutRoute && SendThroughAnyInterface(socket, bytes, group);
+}
+
+/// The record is too long, or comes while this machine's own buffers are full: the next one may go out.
+bool ConcernsThisRecordAlone(int error)
+{
+    return error == EMSGSIZE || error == EAGAIN || error == ENOBUFS;
 }
 
 }  // namespace
@@ -76,7 +78,7 @@ void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::s
         return;
     const int error = errno;
     const std::string what = "Cannot send a record to " + group.Text();
-    if (error == EMSGSIZE)
+    if (ConcernsThisRecordAlone(error))
         throw SocketFailure(error, what);
     Report(error, what);
 }

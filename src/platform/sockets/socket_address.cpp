@@ -6,7 +6,11 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 #include <memory>
+
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
 
 namespace platform::sockets {
 namespace {
@@ -110,6 +114,16 @@ std::string SocketAddress::Text() const
 socklen_t SocketAddress::Size() const
 {
     return Family() == AF_INET ? sizeof storage_.v4 : sizeof storage_.v6;
+}
+
+std::uint16_t CheckedPort(std::int32_t number, std::uint16_t lowest)
+{
+    constexpr auto kHighest = std::numeric_limits<std::uint16_t>::max();
+    if (number < lowest || number > kHighest)
+        throw Failure(failure::kInvalidPropertyValue, "Port " + std::to_string(number) + " is outside " +
+                                                          std::to_string(lowest) + " to " +
+                                                          std::to_string(kHighest));
+    return static_cast<std::uint16_t>(number);
 }
 
 std::string WithoutBlanksAround(const std::string& text)

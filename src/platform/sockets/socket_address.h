@@ -52,6 +52,9 @@ private:
     Storage storage_{.v6 = {}};
 };
 
+/// The number as a port. Failure: kInvalidPropertyValue where it is not from `lowest` to 65535.
+[[nodiscard]] std::uint16_t CheckedPort(std::int32_t number, std::uint16_t lowest);
+
 /// A host as the operator meant it.
 [[nodiscard]] std::string WithoutBlanksAround(const std::string& text);
 

@@ -1,7 +1,6 @@
 #include "platform/sockets/winsock.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "platform/ansi_code_page.h"
@@ -10,17 +9,6 @@
 #include "platform/sockets/socket_error.h"
 
 namespace platform::sockets {
-namespace {
-
-std::uint16_t CheckedPort(std::int32_t port)
-{
-    if (port < 0 || port > std::numeric_limits<std::uint16_t>::max())
-        throw Failure(failure::kInvalidPropertyValue,
-                      "Port " + std::to_string(port) + " is outside 0 to 65535");
-    return static_cast<std::uint16_t>(port);
-}
-
-}  // namespace
 
 Winsock::Winsock(EventGate& gate, const RegionalFormats& formats)
     : gate_(gate), formats_(formats), lookup_(gate)
@@ -41,12 +29,12 @@ void Winsock::SetRemoteHost(const std::string& host)
 
 void Winsock::SetRemotePort(std::int32_t port)
 {
-    remotePort_ = CheckedPort(port);
+    remotePort_ = CheckedPort(port, 0);
 }
 
 void Winsock::SetLocalPort(std::int32_t port)
 {
-    localPort_ = CheckedPort(port);
+    localPort_ = CheckedPort(port, 0);
 }
 
 void Winsock::Connect()

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Says which texts of the status list, procedures of the error log and keys of the settings the manual leaves out.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+logic=(src/app src/config src/errorlog src/source src/transport src/replay)
+
+# Texts with a blank in front, names of procedures, and the settings with their sections.
+texts() {
+    grep --recursive --no-filename --only-matching -E '" +[A-Z][^"]*"' "${logic[@]}"
+    grep --recursive --no-filename --only-matching -E '"(frmConnect|frmConfig|modGlobals)\.[^"]+"' "${logic[@]}"
+    sed -n 's/^\([A-Za-z_]\+\)=.*/"\1"/p; s/^\[\(.*\)\].*/"\1"/p' samples/Config.ini
+}
+
+missing=0
+while IFS= read -r text; do
+    text=${text:1:-1}
+    grep --quiet --fixed-strings -- "$text" docs/manual.md && continue
+    echo "docs/manual.md leaves out \"$text\""
+    missing=1
+done < <(texts | sort --unique)
+exit $missing

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Measures which lines and branches of the logic rooms the tests run, file by file.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/packages.sh
+
+install_packages "${build_packages[@]}" "${run_packages[@]}" "${test_packages[@]}" "${coverage_packages[@]}"
+cmake -S . -B build/coverage -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping"
+cmake --build build/coverage
+
+rm -rf build/coverage/profiles
+LLVM_PROFILE_FILE="$PWD/build/coverage/profiles/%p.profraw" ctest --test-dir build/coverage --output-on-failure
+llvm-profdata-14 merge --sparse build/coverage/profiles/*.profraw --output build/coverage/tests.profdata
+
+llvm-cov-14 report --instr-profile build/coverage/tests.profdata build/coverage/bin/logic_tests \
+    --object build/coverage/bin/end_to_end_tests --show-region-summary=false \
+    --ignore-filename-regex='src/(platform/|trellivan)|/(tests|tools)/|_autogen/'
