@@ -6,20 +6,26 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
-house=build/release/bin
+built=build/release/bin
+demo=build/demo
+received=$demo/received.bin
 background=()
 trap 'kill "${background[@]}" 2>/dev/null || true' EXIT
 
 install_packages "${build_packages[@]}" "${run_packages[@]}"
 scripts/build.sh
 
+port_of() {
+    sed -n 's/^PortNumber=\([0-9]\+\).*/\1/p' "$1"
+}
+
 with_display() {
     local port
-    port=$(sed -n 's/^PortNumber=\([0-9]\+\).*/\1/p' "$house/Config.ini")
+    port=$(port_of "$built/Config.ini")
     echo "Receiver on port $port. Press Play in the window; close the window to end."
     socat -u "TCP-LISTEN:$port,reuseaddr,fork" STDOUT &
     background+=($!)
-    "$house/Trellivan"
+    "$built/Trellivan"
 }
 
 wait_for() {
@@ -30,6 +36,7 @@ wait_for() {
     done
 }
 
+# In the middle of the button, in pixels of the window at scale 1.
 play_button_pressed() {
     local window
     window=$(xdotool search --onlyvisible --name '^Trellivan$' | head -n 1)
@@ -37,21 +44,21 @@ play_button_pressed() {
 }
 
 all_received() {
-    "$house/check_feed" samples/shop_day.csv build/demo/received.bin >/dev/null
+    "$built/check_feed" samples/shop_day.csv "$received" >/dev/null
 }
 
 without_display() {
     install_packages "${headless_packages[@]}"
-    local port=5015 demo=build/demo
     rm -rf "$demo"
     mkdir "$demo"
-    cp "$house"/{Trellivan,shop_day.mdb} samples/Config.ini "$demo"
-    export DISPLAY=:57
-    Xvfb "$DISPLAY" -screen 0 800x400x24 -nolisten tcp >/dev/null 2>&1 &
+    cp "$built"/{Trellivan,shop_day.mdb} samples/Config.ini "$demo"
+    Xvfb -displayfd 3 -screen 0 800x400x24 -nolisten tcp 3>"$demo/display" >/dev/null 2>&1 &
     background+=($!)
-    socat -u "TCP-LISTEN:$port,bind=127.0.0.1,reuseaddr" CREATE:build/demo/received.bin &
+    socat -u "TCP-LISTEN:$(port_of "$demo/Config.ini"),bind=127.0.0.1,reuseaddr" CREATE:"$received" &
     background+=($!)
-    wait_for xdotool getmouselocation >/dev/null 2>&1
+    wait_for test -s "$demo/display"
+    DISPLAY=:$(<"$demo/display")
+    export DISPLAY
     QT_QPA_PLATFORM=xcb "$demo/Trellivan" &
     local window_process=$!
     background+=("$window_process")
@@ -61,7 +68,7 @@ without_display() {
     kill "$window_process"
     wait "$window_process" 2>/dev/null || true
     echo "Screenshot: build/screenshot.png"
-    "$house/check_feed" samples/shop_day.csv build/demo/received.bin
+    "$built/check_feed" samples/shop_day.csv "$received"
 }
 
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then with_display; else without_display; fi

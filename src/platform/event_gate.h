@@ -19,9 +19,6 @@ public:
     /// For the running handler: opens the gate while `pass` runs. What waited is run first.
     void Pause(const std::function<void()>& pass);
 
-    /// True while an event would have to wait.
-    [[nodiscard]] bool Busy() const { return busy_; }
-
 private:
     void RunWaiting();
 

@@ -60,7 +60,7 @@ TEST_F(DiskFiles, AppendNamesWhatFailed)
         {folder_.Path("pipe"), failure::kPathFileAccess},
     };
     for (const auto& [path, number] : cases) {
-        const Failure failure = ThrownBy([&] { files_.Append(path, "x"); });
+        const Failure failure = ThrownBy([&, path = path] { files_.Append(path, "x"); });
         EXPECT_EQ(failure.Number(), number) << failure.Description();
         EXPECT_TRUE(failure.Description().ends_with(": " + path)) << failure.Description();
     }

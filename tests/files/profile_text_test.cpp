@@ -21,7 +21,7 @@ std::string Find(std::string_view text, std::string_view key)
 
 std::string With(std::string_view text, const std::string& key, const std::string& value)
 {
-    return WithProfileEntries(text, std::array{ProfileEntry{"S", key, value}});
+    return WithProfileEntry(text, {"S", key, value});
 }
 
 TEST(ProfileText, FindsAValueAsPeopleWriteIt)
@@ -96,12 +96,6 @@ TEST(ProfileText, ChangesNoByteButTheValue)
     };
     for (const auto& [name, before, after] : cases)
         EXPECT_EQ(With(before, "key", "new"), after) << name;
-}
-
-TEST(ProfileText, SetsSeveralKeysAtOnce)
-{
-    const std::vector<ProfileEntry> entries{{"S", "a", "1"}, {"T", "b", "2"}, {"S", "c", "3"}};
-    EXPECT_EQ(WithProfileEntries("[S]\nc=0\n", entries), "[S]\nc=3\na=1\n[T]\nb=2\n");
 }
 
 TEST(ProfileText, WritesAValueAsOneLineOfTheCodePageThatReadsBackAlike)

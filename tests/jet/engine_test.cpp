@@ -115,7 +115,7 @@ TEST_F(EngineTest, ReadsOnWhenTheFileIsRemovedOrReplaced)
 
 TEST_F(EngineTest, ReportsAFileThatIsCutOrOverwrittenWhileOpen)
 {
-    for (const std::size_t sizeLeft : {20'000, 0, 2'000'000}) {
+    for (const std::size_t sizeLeft : {20'000U, 0U, 2'000'000U}) {
         const std::string path = Write("shop.mdb", DatabaseBytes(Receipts(5'000)));
         const auto records = Open(path);
         if (sizeLeft > fs::file_size(path))

@@ -62,10 +62,10 @@ TEST_F(MulticastTest, AWrongArgumentIsAFailure)
         {"", kPort},           {"127.0.0.1", kPort}, {"::1", kPort}, {"localhost", kPort},
         {"239.1. 2.3", kPort}, {kGroup, 0},          {kGroup, -1},   {kGroup, 65536}};
     for (const auto& [group, port] : cases) {
-        EXPECT_EQ(failure::kInvalidPropertyValue, FailureOf([&] { control.OpenGroup(group, port); }))
-            << group;
-        EXPECT_EQ(failure::kInvalidPropertyValue,
-                  FailureOf([&] { control.SendToGroup(kRecord, group, port); }));
+        const auto open = [&, group = group, port = port] { control.OpenGroup(group, port); };
+        const auto send = [&, group = group, port = port] { control.SendToGroup(kRecord, group, port); };
+        EXPECT_EQ(failure::kInvalidPropertyValue, FailureOf(open)) << group;
+        EXPECT_EQ(failure::kInvalidPropertyValue, FailureOf(send)) << group;
     }
     const std::vector<std::uint8_t> tooLong(65508);
     EXPECT_EQ(failure::kMessageTooLong, FailureOf([&] { control.SendToGroup(tooLong, kGroup, kPort); }));

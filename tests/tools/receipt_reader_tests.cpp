@@ -57,7 +57,7 @@ TEST(ReceiptReader, NamesTheLineOfWhatIsWrong)
         {"ref,rawtransaction\n1,\xEF\xBF\xBD\n", ""},
     };
     for (const auto& [csv, failure] : cases)
-        EXPECT_EQ(ThrownBy([&] { return RowsOf(csv); }).Description(), failure) << csv;
+        EXPECT_EQ(ThrownBy([csv = csv] { return RowsOf(csv); }).Description(), failure) << csv;
 }
 
 TEST(IsoDate, GivesTheDayNumberThatReadsBackAsTheSameMoment)

@@ -1,7 +1,6 @@
 #include "platform/files/profile_file.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 
 #include "platform/files/open_file.h"
@@ -28,7 +27,7 @@ void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, con
         FileDescriptor file = OpenAndLock(path, O_RDWR, lockWait_);
         Replacement::RemoveLeftover(path);
         const std::string text = ReadAll(file, path);
-        const std::string changed = WithProfileEntries(text, std::array{ProfileEntry{section, key, value}});
+        const std::string changed = WithProfileEntry(text, {section, key, value});
         if (changed == text)
             return;
         Replacement replacement(path, file);

@@ -188,12 +188,10 @@ std::string FindProfileValue(std::string_view text, std::string_view section, st
     return value.substr(0, value.size() - rest.size());
 }
 
-std::string WithProfileEntries(std::string_view text, std::span<const ProfileEntry> entries)
+std::string WithProfileEntry(std::string_view text, const ProfileEntry& entry)
 {
     std::string result(text);
-    if (text.starts_with(kUtf16Mark) || text.starts_with(kUtf16BigEndianMark))
-        return result;
-    for (const ProfileEntry& entry : entries)
+    if (!text.starts_with(kUtf16Mark) && !text.starts_with(kUtf16BigEndianMark))
         SetEntry(result, entry);
     return result;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -25,12 +24,12 @@ struct ProfileEntry {
 [[nodiscard]] std::string FindProfileValue(std::string_view text, std::string_view section,
                                            std::string_view key, std::size_t limit);
 
-/// The text with each entry's key given its value, one after the other. All other bytes stay; a key that has
-/// the value already stays to the byte. A new key goes behind the last key of its section, a new section to
+/// The text with the entry's key given its value. All other bytes stay; a key that has the value already stays
+/// to the byte. A new key goes behind the last key of its section, a new section to
 /// the end, with the line ends of the lines before.
 ///
 /// Every value reads back as it was given, with two exceptions that no line of text can hold: a line break in
 /// it becomes a blank, and a byte that is no UTF-8 becomes U+FFFD. A text in UTF-16 is returned as it is.
-[[nodiscard]] std::string WithProfileEntries(std::string_view text, std::span<const ProfileEntry> entries);
+[[nodiscard]] std::string WithProfileEntry(std::string_view text, const ProfileEntry& entry);
 
 }  // namespace platform::files
