@@ -47,6 +47,14 @@ TEST(Replay, MulticastSendsBytesAndLooksAtNoSocketState)
     EXPECT_EQ(program.MCSockConnect.sent, Texts{"\x80 5"});
 }
 
+TEST(Replay, AListeningSocketIsLeftAlone)
+{
+    Program program;
+    program.StartPlaying({{"Connect", "Listen"}});
+    program.Tick();
+    EXPECT_EQ(program.TakeSocketCalls(), (Texts{"State", "SendData first"}));
+}
+
 TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
 {
     struct Case {

@@ -28,6 +28,13 @@ TEST(Startup, ShowsTheDefaultsWithoutASettingsFile)
     EXPECT_EQ(program.TakeRecords(), (Texts{"0|Config.ini File not found! |frmConnect.LoadConfigSettings"}));
 }
 
+TEST(Startup, OpensTheDatabaseThenThePort)
+{
+    Program program;
+    program.Load({{"Connect", "Listen"}});
+    EXPECT_EQ(program.TakeStatus(), (Texts{"  Database Initialized", "  Listening on Port 5015  "}));
+}
+
 /// What a start with one setting of the log's limits leaves of a log.
 std::string Trimmed(const char* setting, const char* value, const std::string& log)
 {
