@@ -86,6 +86,8 @@ TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
         program.events.onPass = [&] {
             if (++passes == 2)
                 program.WinsockConnect.state = c.stateAfterPauses;
+            else
+                EXPECT_EQ(program.WinsockConnect.state, platform::WinsockControl::kClosed);
         };
         program.Tick();
         EXPECT_EQ(passes, 2);

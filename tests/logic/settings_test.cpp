@@ -18,11 +18,11 @@ TEST(LoadSettings, AcceptsOrRefusesTheInterval)
     };
     const Texts negative = {"380|A negative interval|frmConnect.LoadConfigSettings",
                             "380|A negative interval|frmConnect.cmdPause"};
-    for (const Case& c :
-         {Case{"32000", "32000", 32000, {}}, Case{"32001", "", 25, refused("32001")},
-          Case{"40000", "", 25, refused("40000")}, Case{"-32769", "", 25, refused("-32769")},
-          Case{"abc", "", 25, refused("abc")}, Case{"", "", 25, refused("")}, Case{"25.5", "26", 26, {}},
-          Case{"24.5", "24", 24, {}}, Case{"-5", "-5", 25, negative}}) {
+    for (const Case& c : {Case{"32000", "32000", 32000, {}}, Case{"32001", "", 25, refused("32001")},
+                          Case{"40000", "", 25, refused("40000")}, Case{"-32769", "", 25, refused("-32769")},
+                          Case{"abc", "", 25, refused("abc")}, Case{"\xE2\x82\xAC", "", 25, refused("\x80")},
+                          Case{"", "", 25, refused("")}, Case{"25.5", "26", 26, {}},
+                          Case{"24.5", "24", 24, {}}, Case{"-5", "-5", 25, negative}}) {
         Program program;
         program.Start({{"Interval", c.text}});
         EXPECT_EQ(program.txtTimerInterval.text, c.shown) << c.text;

@@ -60,10 +60,11 @@ TEST(ErrorLogLimits, ComeFromTheSettingsOrAreTheDefaults)
 
 TEST(ErrorLogLimits, AgeCountsBackFromNow)
 {
-    const std::string log = "2021-05-11 a\r\n2021-05-12 b\r\n2021-05-14 c\r\n2021-05-15 d\r\nno date\r\n";
+    const std::string log =
+        "1979-12-31 z\r\n2021-05-11 a\r\n2021-05-12 b\r\n2021-05-14 c\r\n2021-05-15 d\r\nno date\r\n";
     const std::vector<std::pair<const char*, const char*>> cases = {
         {"3", "2021-05-12 b"}, {"2.5", "2021-05-14 c"}, {"0", "2021-05-15 d"},
-        {"-5", "no date"},     {"", "2021-05-11 a"},    {"few", "2021-05-11 a"}};
+        {"-5", "no date"},     {"", "1979-12-31 z"},    {"few", "1979-12-31 z"}};
     for (const auto& [days, firstKept] : cases)
         EXPECT_EQ(Trimmed("Error_Log_Days", days, log), log.substr(log.find(firstKept))) << days;
 }
