@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
-install_packages "${build_packages[@]}"
+install_packages "${build_packages[@]}" git
 scripts/build.sh
 
 built=build/release/bin
@@ -20,7 +20,7 @@ runtime_packages() {
     local libraries library
     libraries=$(g++ -print-multiarch)
     readelf --dynamic "${programs[@]/#/$folder/}" | sed -n 's/.*Shared library: \[\(.*\)\]/\1/p' | sort --unique |
-        while read -r library; do dpkg-query --search "*/$libraries/$library"; done | sed 's/:.*//' | sort --unique
+        while read -r library; do dpkg-query --search "*/$libraries/$library" || return; done | sed 's/:.*//' | sort --unique
 }
 
 fill_folder() {

@@ -7,6 +7,17 @@
 #include "platform/files/open_file.h"
 
 namespace platform::files {
+namespace {
+
+/// A part of a record is worse than none: the next one would be glued to it.
+void RemoveWritten(const FileDescriptor& file, ssize_t count, const std::string& path)
+{
+    const off_t begin = ::lseek(file.Number(), -count, SEEK_CUR);
+    if (::ftruncate(file.Number(), begin) != 0)
+        ThrowErrno(path);
+}
+
+}  // namespace
 
 bool DiskFileSystem::FileExists(const std::string& path) const
 {
@@ -22,10 +33,8 @@ void DiskFileSystem::Append(const std::string& path, const std::string& bytes)
         ThrowErrno(path);
     if (static_cast<std::size_t>(count) == bytes.size())
         return;
-    // A part of a record is worse than none: the next one would be glued to it.
-    const off_t begin = ::lseek(file.Number(), -count, SEEK_CUR);
-    if (::ftruncate(file.Number(), begin) != 0)
-        ThrowErrno(path);
+    if (count > 0)
+        RemoveWritten(file, count, path);
     ThrowError(ENOSPC, path);
 }
 

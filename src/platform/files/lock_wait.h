@@ -1,5 +1,6 @@
 #pragma once
 
+#include <future>
 #include <string>
 
 #include "platform/posix/file_descriptor.h"
@@ -7,8 +8,8 @@
 namespace platform::files {
 
 /// Takes the locks of files for one user of them. It waits 2 s at most for whoever holds a lock, and after a
-/// wait in vain not at all until a lock is free again: a program that was stopped while it holds one costs its
-/// neighbours one pause, not one for each record.
+/// wait in vain not at all until that lock has come free: a program that was stopped while it holds one costs
+/// its neighbours one pause, not one for each record.
 class LockWait {
 public:
     /// Takes the exclusive lock of an open file; it ends with the descriptor. A file system without locks
@@ -16,7 +17,7 @@ public:
     void Lock(const FileDescriptor& file, const std::string& path);
 
 private:
-    bool lastWasInVain_ = false;
+    std::future<void> turn_;  // in the queue in which it waited last
 };
 
 }  // namespace platform::files
