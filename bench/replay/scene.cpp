@@ -1,13 +1,9 @@
 #include "replay/scene.h"
 
-#include <stdlib.h>
-
 #include <QEventLoop>
 #include <QTimer>
 #include <cstddef>
-#include <filesystem>
 #include <fstream>
-#include <system_error>
 #include <vector>
 
 #include "make_database/database_writer.h"
@@ -50,22 +46,10 @@ std::string RecordText(std::size_t number)
     return text;
 }
 
-TemporaryFolder::TemporaryFolder() : path_(std::filesystem::temp_directory_path() / "replay-XXXXXX")
-{
-    if (::mkdtemp(path_.data()) == nullptr)
-        throw std::system_error(errno, std::generic_category(), path_);
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
 Scene::Scene(const Settings& settings)
 {
-    WriteDatabase(folder_.Path() + "/feed.mdb", settings.records);
-    WriteSettings(folder_.Path() + "/Config.ini", settings);
+    WriteDatabase(folder_.Path("feed.mdb"), settings.records);
+    WriteSettings(folder_.Path("Config.ini"), settings);
     program_ = std::make_unique<Trellivan>(folder_.Path(), QLocale::c());
     program_->Start();
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "replay/receiver.h"
+#include "support/temporary_folder.h"
 #include "trellivan.h"
 
 namespace bench {
@@ -14,20 +15,6 @@ inline constexpr std::size_t kRecordSize = 240;
 
 /// A record of that size.
 [[nodiscard]] std::string RecordText(std::size_t number);
-
-/// A folder of its own under the system's folder for temporary files, removed at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder();
-
-    [[nodiscard]] const std::string& Path() const { return path_; }
-
-private:
-    std::string path_;
-};
 
 /// The whole program in its window, in a folder of its own with settings and a database. Needs a QApplication.
 class Scene {
@@ -44,7 +31,7 @@ public:
     explicit Scene(const Settings& settings);
 
     [[nodiscard]] platform::qt::MainWindow& Window() { return program_->Window(); }
-    [[nodiscard]] std::string ErrorLog() const { return folder_.Path() + "/Trellivan Error.log"; }
+    [[nodiscard]] std::string ErrorLog() const { return folder_.Path("Trellivan Error.log"); }
 
     /// Presses Play.
     void Play() { Window().cmdPlay.click(); }
