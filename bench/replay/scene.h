@@ -6,7 +6,7 @@
 
 #include "replay/receiver.h"
 #include "support/temporary_folder.h"
-#include "trellivan.h"
+#include "window/trellivan.h"
 
 namespace bench {
 
@@ -30,7 +30,7 @@ public:
     /// The program is started, in the client role.
     explicit Scene(const Settings& settings);
 
-    [[nodiscard]] platform::qt::MainWindow& Window() { return program_->Window(); }
+    [[nodiscard]] platform::window::MainWindow& Window() { return program_->Window(); }
     [[nodiscard]] std::string ErrorLog() const { return folder_.Path("Trellivan Error.log"); }
 
     /// Presses Play.

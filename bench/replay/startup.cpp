@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "replay/percentile.h"
-#include "trellivan.h"
+#include "window/trellivan.h"
 
 /// From the start of a process until its window has painted: the program, with the sample database beside it, next
 /// to an empty window.

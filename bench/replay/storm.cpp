@@ -22,13 +22,13 @@ using namespace std::chrono_literals;
 
 constexpr std::uint16_t kPort = 5015;  // below those that outgoing connections take for themselves
 
-std::size_t LinesIn(const platform::qt::ListBox& list)
+std::size_t LinesIn(const platform::window::ListBox& list)
 {
     return static_cast<std::size_t>(list.verticalScrollBar()->maximum() + list.LinesInView());
 }
 
 /// Mean length of the first lines of a list, which the operator's keys walk through.
-double MeanLineBytes(platform::qt::ListBox& list)
+double MeanLineBytes(platform::window::ListBox& list)
 {
     constexpr int kLines = 3'000;
     const auto press = [&](int key) {
@@ -55,7 +55,7 @@ std::size_t AttemptsThatFailed(const Scene& scene)
 void Watch(Scene& scene, std::chrono::seconds duration)
 {
     constexpr int kLooks = 10;
-    const platform::qt::ListBox& list = scene.Window().lstStatus;
+    const platform::window::ListBox& list = scene.Window().lstStatus;
     std::size_t linesBefore = LinesIn(list);
     std::size_t bytesBefore = ResidentBytes();
     for (int i = 0; i < kLooks; ++i) {

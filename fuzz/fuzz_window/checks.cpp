@@ -22,10 +22,10 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 namespace checks {
 namespace {
 
-using platform::qt::ListBox;
-using platform::qt::MainWindow;
 using platform::sockets::Peer;
 using platform::sockets::WaitFor;
+using platform::window::ListBox;
+using platform::window::MainWindow;
 
 void Require(bool holds, const std::string& what)
 {
@@ -163,7 +163,7 @@ Usage UsageAtRest(MainWindow& window)
 {
     QApplication::clipboard()->clear();
     QPixmapCache::clear();
-    for (platform::qt::TextBox* const box :
+    for (platform::window::TextBox* const box :
          {&window.txtIPAddress, &window.txtPortNumber, &window.txtTimerInterval})
         box->SetText("1");
     const std::size_t lines = MemoryOfLines(window.lstStatus);

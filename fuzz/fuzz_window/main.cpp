@@ -23,7 +23,7 @@
 #include "fuzz_window/crowd.h"
 #include "fuzz_window/operator.h"
 #include "fuzz_window/stage.h"
-#include "trellivan.h"
+#include "window/trellivan.h"
 
 /// The whole program in its window under an operator who does anything in any order, among faults of its files
 /// and its peers. Every few hundred events all is put in order and the program must work as ever.

@@ -3,13 +3,13 @@
 #include <QPoint>
 
 #include "fuzz_window/random.h"
-#include "platform/qt/main_window.h"
+#include "platform/window/main_window.h"
 
 /// Hands at the mouse and the keyboard, without a head. What they do comes through the window system to whatever
 /// is in front: the window, the file dialog, a list that is open, a menu.
 class Operator {
 public:
-    explicit Operator(platform::qt::MainWindow& window) : window_(window) {}
+    explicit Operator(platform::window::MainWindow& window) : window_(window) {}
 
     void Act(Random& random);
 
@@ -30,6 +30,6 @@ private:
                Qt::MouseButton button = Qt::LeftButton);
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
-    platform::qt::MainWindow& window_;
+    platform::window::MainWindow& window_;
     int milliseconds_ = 0;  ///< what the clicks say of the time
 };

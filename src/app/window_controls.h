@@ -1,14 +1,9 @@
 #pragma once
 
-#include "platform/check_box.h"
-#include "platform/command_button.h"
-#include "platform/drop_down_list.h"
-#include "platform/list_box.h"
+#include "platform/controls.h"
 #include "platform/multicast_control.h"
 #include "platform/open_file_dialog.h"
-#include "platform/text_box.h"
 #include "platform/timer.h"
-#include "platform/window.h"
 #include "platform/winsock_control.h"
 
 namespace trellivan {

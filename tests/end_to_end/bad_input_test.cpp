@@ -40,7 +40,7 @@ Texts Listening(const std::string& port, std::size_t times)
 }
 
 void ExpectReports(const std::vector<Case>& cases, std::string Settings::*setting,
-                   platform::qt::TextBox platform::qt::MainWindow::*box)
+                   platform::window::TextBox platform::window::MainWindow::*box)
 {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.sound.protocol + ' ' + c.sound.role + " \"" + c.entry + '"');
@@ -85,7 +85,7 @@ TEST(BadPort, IsReportedAtTheStartAndOnPlay)
                    {kGroup, "", {}, refused},
                    {kGroup, "1.5", {}, {}},
                    {kGroup, "65536", {"380" + kAtStart}, neverSetUp}},
-                  &Settings::port, &platform::qt::MainWindow::txtPortNumber);
+                  &Settings::port, &platform::window::MainWindow::txtPortNumber);
 }
 
 TEST(BadAddress, IsReportedAtTheStartAndOnPlay)
@@ -105,7 +105,7 @@ TEST(BadAddress, IsReportedAtTheStartAndOnPlay)
                    {kGroup, " 239.1.2.3 ", {}, {"  File Complete"}, "1"},
                    {kGroup, "239.1. 2.3", {"380" + kAtStart}, unknownHost},
                    {kGroup, "127.0.0.1", {"380" + kAtStart}, noGroup, "1"}},
-                  &Settings::address, &platform::qt::MainWindow::txtIPAddress);
+                  &Settings::address, &platform::window::MainWindow::txtIPAddress);
 }
 
 TEST(OddRecords, GoOutWholeOrAreRefusedAloneAndRecorded)

@@ -7,7 +7,7 @@
 
 #include "sockets/peer.h"
 #include "support/temporary_folder.h"
-#include "trellivan.h"
+#include "window/trellivan.h"
 
 using Texts = std::vector<std::string>;
 
@@ -51,7 +51,7 @@ public:
     /// status lines without their time, then the error records as "number|procedure".
     [[nodiscard]] testing::AssertionResult Reports(const Texts& expected);
 
-    [[nodiscard]] platform::qt::MainWindow& Window() { return trellivan_.Window(); }
+    [[nodiscard]] platform::window::MainWindow& Window() { return trellivan_.Window(); }
 
 private:
     [[nodiscard]] Texts Records() const;

@@ -9,12 +9,12 @@
 #include <sstream>
 
 #include "errorlog/trim.h"
+#include "fakes/clock_and_formats.h"
 #include "files/child_process.h"
 #include "platform/failure_numbers.h"
 #include "platform/files/file_system.h"
 #include "platform/files/open_file.h"
 #include "platform/files/profile_file.h"
-#include "platform/memory/clock_and_formats.h"
 #include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
@@ -98,7 +98,7 @@ protected:
     const std::string oldLog_ = Repeated(kOldRecord, 100) + Repeated(kNewRecord, 400);
     DiskFileSystem files_;
     DiskProfileFile profile_;
-    memory::PlainFormats formats_;
+    fakes::PlainFormats formats_;
 };
 
 /// A body that needs mounts runs in a child that has its own.

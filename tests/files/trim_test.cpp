@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <thread>
 
+#include "fakes/clock_and_formats.h"
 #include "platform/files/file_system.h"
-#include "platform/memory/clock_and_formats.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
 
@@ -32,7 +32,7 @@ protected:
     TemporaryFolder folder_;
     const std::string log_ = folder_.Path("Error.log");
     platform::files::DiskFileSystem files_;
-    platform::memory::PlainFormats formats_;
+    platform::fakes::PlainFormats formats_;
 };
 
 TEST_F(Trimming, KeepsTheNewestLinesToTheByte)

@@ -7,13 +7,13 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "fakes/clock_and_formats.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/catalogue.h"
 #include "platform/jet/engine.h"
 #include "platform/jet/file_source.h"
 #include "platform/jet/index_order.h"
 #include "platform/jet/sorted_order.h"
-#include "platform/memory/clock_and_formats.h"
 #include "support/failure_of.h"
 
 namespace platform::jet {
@@ -30,7 +30,7 @@ Json ReadJson(const fs::path& path)
 
 std::string IsoText(DateTime moment)
 {
-    const memory::PlainFormats formats;
+    const fakes::PlainFormats formats;
     const auto milliseconds = (moment - std::chrono::floor<std::chrono::seconds>(moment)).count();
     const std::string fraction = "." + std::to_string(1000 + milliseconds).substr(1);
     return formats.ShortDate(moment) + "T" + formats.LongTime(moment) + (milliseconds == 0 ? "" : fraction);

@@ -10,7 +10,7 @@ namespace kind = trellivan::value_kind;
 
 TEST(IniValue, FollowsTheTableOfKinds)
 {
-    const platform::memory::PlainFormats formats;
+    const platform::fakes::PlainFormats formats;
     using Result = std::optional<IniValue>;
     struct Case {
         const char* text;
@@ -52,11 +52,11 @@ protected:
         return globals_.GetINIValue("/a.ini", "Numbers", "Key", value, valueKind, 256);
     }
 
-    platform::memory::Journal journal;
-    platform::memory::FileSystem files{journal, "files"};
-    platform::memory::ProfileFile profile{journal, "profile"};
-    platform::memory::Clock clock;
-    platform::memory::PlainFormats formats;
+    platform::fakes::Journal journal;
+    platform::fakes::FileSystem files{journal, "files"};
+    platform::fakes::ProfileFile profile{journal, "profile"};
+    platform::fakes::Clock clock;
+    platform::fakes::PlainFormats formats;
     IniValue value = std::string("before");
 
 private:

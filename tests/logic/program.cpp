@@ -26,9 +26,9 @@ Texts Lines(const std::string& text)
 }
 
 /// A record with its recorded time on 14 May 2021.
-platform::memory::Row Transaction(int ref, const std::string& text, const std::string& time)
+platform::fakes::Row Transaction(int ref, const std::string& text, const std::string& time)
 {
-    const auto recorded = *platform::memory::PlainFormats().DateOrTime("2021-05-14 " + time);
+    const auto recorded = *platform::fakes::PlainFormats().DateOrTime("2021-05-14 " + time);
     return {{"ref", ref}, {"rawtransaction", text}, {"timestamp", recorded}, {"datetimestamp", recorded}};
 }
 

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "app/frm_connect.h"
-#include "platform/memory/clock_and_formats.h"
-#include "platform/memory/components.h"
-#include "platform/memory/controls.h"
-#include "platform/memory/database.h"
-#include "platform/memory/files.h"
+#include "fakes/clock_and_formats.h"
+#include "fakes/components.h"
+#include "fakes/controls.h"
+#include "fakes/database.h"
+#include "fakes/files.h"
 
 using Texts = std::vector<std::string>;
 
@@ -63,35 +63,35 @@ public:
     Texts TakeCalls(const Texts& objects);
     Texts TakeSocketCalls() { return TakeCalls({"WinsockConnect", "MCSockConnect"}); }
 
-    platform::memory::Journal journal;
-    platform::memory::Window window{journal, "window"};
-    platform::memory::TextBox txtIPAddress{journal, "txtIPAddress"};
-    platform::memory::TextBox txtPortNumber{journal, "txtPortNumber"};
-    platform::memory::DropDownList cboProtocol{journal, "cboProtocol"};
-    platform::memory::DropDownList cboConnect{journal, "cboConnect"};
-    platform::memory::CheckBox chkReconnect{journal, "chkReconnect"};
-    platform::memory::CommandButton cmdApply;
-    platform::memory::CommandButton cmdOpenDialogue;
-    platform::memory::CommandButton cmdPlay;
-    platform::memory::CommandButton cmdPause;
-    platform::memory::CommandButton cmdClear;
-    platform::memory::TextBox txtDBTime{journal, "txtDBTime"};
-    platform::memory::TextBox txtTimerInterval{journal, "txtTimerInterval"};
-    platform::memory::TextBox txtHeartbeat{journal, "txtHeartbeat"};
-    platform::memory::TextBox txtFilePath{journal, "txtFilePath"};
-    platform::memory::CheckBox chkTransferTime{journal, "chkTransferTime"};
-    platform::memory::ListBox lstStatus{journal, "lstStatus"};
-    platform::memory::ListBox DataViewList{journal, "DataViewList"};
-    platform::memory::Timer tmrSendData{journal, "tmrSendData"};
-    platform::memory::Winsock WinsockConnect{journal, "WinsockConnect"};
-    platform::memory::Multicast MCSockConnect{journal, "MCSockConnect"};
-    platform::memory::OpenFileDialog CommonDialogueDBFile{journal, "CommonDialogueDBFile"};
-    platform::memory::DatabaseEngine engine{journal, "engine"};
-    platform::memory::FileSystem files{journal, "files"};
-    platform::memory::ProfileFile profile{journal, "profile"};
-    platform::memory::EventQueue events{journal, "events"};
-    platform::memory::Clock clock;
-    platform::memory::PlainFormats formats;
+    platform::fakes::Journal journal;
+    platform::fakes::Window window{journal, "window"};
+    platform::fakes::TextBox txtIPAddress{journal, "txtIPAddress"};
+    platform::fakes::TextBox txtPortNumber{journal, "txtPortNumber"};
+    platform::fakes::DropDownList cboProtocol{journal, "cboProtocol"};
+    platform::fakes::DropDownList cboConnect{journal, "cboConnect"};
+    platform::fakes::CheckBox chkReconnect{journal, "chkReconnect"};
+    platform::fakes::CommandButton cmdApply;
+    platform::fakes::CommandButton cmdOpenDialogue;
+    platform::fakes::CommandButton cmdPlay;
+    platform::fakes::CommandButton cmdPause;
+    platform::fakes::CommandButton cmdClear;
+    platform::fakes::TextBox txtDBTime{journal, "txtDBTime"};
+    platform::fakes::TextBox txtTimerInterval{journal, "txtTimerInterval"};
+    platform::fakes::TextBox txtHeartbeat{journal, "txtHeartbeat"};
+    platform::fakes::TextBox txtFilePath{journal, "txtFilePath"};
+    platform::fakes::CheckBox chkTransferTime{journal, "chkTransferTime"};
+    platform::fakes::ListBox lstStatus{journal, "lstStatus"};
+    platform::fakes::ListBox DataViewList{journal, "DataViewList"};
+    platform::fakes::Timer tmrSendData{journal, "tmrSendData"};
+    platform::fakes::Winsock WinsockConnect{journal, "WinsockConnect"};
+    platform::fakes::Multicast MCSockConnect{journal, "MCSockConnect"};
+    platform::fakes::OpenFileDialog CommonDialogueDBFile{journal, "CommonDialogueDBFile"};
+    platform::fakes::DatabaseEngine engine{journal, "engine"};
+    platform::fakes::FileSystem files{journal, "files"};
+    platform::fakes::ProfileFile profile{journal, "profile"};
+    platform::fakes::EventQueue events{journal, "events"};
+    platform::fakes::Clock clock;
+    platform::fakes::PlainFormats formats;
 
 private:
     trellivan::modGlobals globals_;

@@ -9,7 +9,7 @@ namespace {
 
 using platform::Value;
 
-const platform::memory::PlainFormats kFormats;
+const platform::fakes::PlainFormats kFormats;
 
 TEST(StringToBytes, GivesOneByteForEachCharacter)
 {

@@ -177,7 +177,7 @@ TEST(Replay, LetsTheTimerRunOnWithNothingToSend)
 
 TEST(Replay, WhatARecordLacksIsRecordedAndTheRestOfItGoesOn)
 {
-    using platform::memory::Row;
+    using platform::fakes::Row;
     struct Case {
         Row row;
         int transferTime;

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/clock_and_formats.h"
 #include "platform/conversions.h"
-#include "platform/memory/clock_and_formats.h"
 #include "support/failure_of.h"
 
 namespace {
@@ -14,7 +14,7 @@ using platform::FromDayNumber;
 using platform::Value;
 
 /// The plain formats with a decimal comma.
-class CommaFormats : public platform::memory::PlainFormats {
+class CommaFormats : public platform::fakes::PlainFormats {
 public:
     [[nodiscard]] std::string DecimalSign() const override { return ","; }
 };
@@ -44,7 +44,7 @@ TEST(ValueText, NullAndBinaryHaveNone)
 
 TEST(DayNumbers, CountTheirTimeForwardOnBothSidesOfDayZero)
 {
-    const platform::memory::PlainFormats formats;
+    const platform::fakes::PlainFormats formats;
     struct Case {
         double number;
         const char* text;

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "fakes/clock_and_formats.h"
 #include "platform/event_gate.h"
 #include "platform/failure_numbers.h"
-#include "platform/memory/clock_and_formats.h"
 #include "platform/sockets/winsock.h"
 #include "sockets/event_loop.h"
 #include "sockets/peer.h"
@@ -63,7 +63,7 @@ protected:
     }
 
     EventGate gate;
-    memory::PlainFormats formats;
+    fakes::PlainFormats formats;
     Winsock socket{gate, formats};
     Events events;
     std::int16_t stateInError = -1;

@@ -1,0 +1,10 @@
+#include "machine.h"
+
+#include <utility>
+
+TillMachine::TillMachine(Machine& machine, platform::Schedule& schedule, std::function<void()> runPass)
+    : timer(gate, machine.loop, schedule),
+      events(gate, timer, std::move(runPass)),
+      winsock(gate, machine.formats),
+      multicast(gate)
+{}

@@ -1,0 +1,253 @@
+#include "platform/window/list_box.h"
+
+#include <QAccessible>
+#include <QAccessibleValueChangeEvent>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QStyleOptionFocusRect>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+#include "platform/window/list_box_accessible.h"
+#include "platform/window/row_text.h"
+#include "platform/window/text.h"
+
+namespace platform::window {
+namespace {
+
+constexpr int kTextMargin = 3;  // left and right of a line, in pixels
+
+}  // namespace
+
+ListBox::ListBox(QWidget* parent) : QAbstractScrollArea(parent), scrollBar_(new LineScrollBar(this))
+{
+    QAccessible::installFactory(&ListBoxAccessible::Create);
+    setFocusPolicy(Qt::StrongFocus);
+    // A frame paints every line in view anew, and shaping what is legible without it takes a third of that.
+    QFont quicklyPainted;
+    quicklyPainted.setStyleStrategy(QFont::PreferNoShaping);
+    setFont(quicklyPainted);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBar(scrollBar_);
+}
+
+void ListBox::AddItem(const std::string& line)
+{
+    if (lines_.Count() == static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        throw Failure(failure::kOutOfMemory, "The list cannot hold more lines");
+    lines_.Append(line);
+    pacer_.Request();
+}
+
+void ListBox::SetListIndex(std::int16_t index)
+{
+    if (index < -1 || index >= Count())
+        throw Failure(failure::kInvalidPropertyValue, "The list has no line " + std::to_string(index));
+    selected_ = index;
+    reveal_ = true;
+    announce_ = true;
+    pacer_.Request();
+}
+
+void ListBox::Clear()
+{
+    lines_.Clear();
+    selected_ = -1;
+    pacer_.Request();
+}
+
+std::string ListBox::SelectedText(std::size_t mostBytes) const
+{
+    return selected_ < 0 ? std::string() : lines_.Line(static_cast<std::size_t>(selected_), mostBytes);
+}
+
+int ListBox::TopLine() const
+{
+    return scrollBar_->value();
+}
+
+int ListBox::LinesInView() const
+{
+    return std::max(1, viewport()->height() / RowHeight());
+}
+
+int ListBox::Count() const
+{
+    return static_cast<int>(lines_.Count());
+}
+
+int ListBox::RowHeight() const
+{
+    return std::max(1, fontMetrics().height());
+}
+
+/// A scroll area's paintEvent is its viewport's; its own, of the frame, arrives here only.
+bool ListBox::event(QEvent* event)
+{
+    const bool handled = QAbstractScrollArea::event(event);
+    if (event->type() == QEvent::Paint && hasFocus())
+        PaintFocus();
+    return handled;
+}
+
+void ListBox::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(viewport());
+    QRect row(0, 0, viewport()->width(), RowHeight());
+    RowText texts(fontMetrics(), row.width() - 2 * kTextMargin);
+    for (int line = TopLine(); line < Count() && row.top() < viewport()->height(); ++line) {
+        PaintRow(painter, line, row, texts);
+        row.translate(0, row.height());
+    }
+}
+
+void ListBox::PaintRow(QPainter& painter, int line, const QRect& row, RowText& texts) const
+{
+    const bool selected = line == selected_;
+    if (selected)
+        painter.fillRect(row, palette().highlight());
+    painter.setPen(palette().color(selected ? QPalette::HighlightedText : QPalette::Text));
+
+    // No character is narrower than a pixel, so this many fill the row, whatever the length of the line.
+    const auto mostBytes = BytesOfCharacters(static_cast<std::size_t>(row.width()));
+    const std::string beginning = lines_.Line(static_cast<std::size_t>(line), mostBytes);
+    painter.drawText(row.left() + kTextMargin, row.top() + fontMetrics().ascent(), texts.Of(beginning));
+
+    if (selected && hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        option.rect = row;
+        option.backgroundColor = palette().color(QPalette::Highlight);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
+}
+
+/// Styles mark the focus of a text box in its frame, but of a list in its lines only, and it may have none.
+void ListBox::PaintFocus()
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void ListBox::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    UpdateScrollBar();
+}
+
+void ListBox::changeEvent(QEvent* event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        UpdateScrollBar();
+}
+
+void ListBox::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Copy))
+        return CopySelected();
+    switch (event->key()) {
+        case Qt::Key_Up:
+            return SelectByOperator(selected_ - 1);
+        case Qt::Key_Down:
+            return SelectByOperator(selected_ + 1);
+        case Qt::Key_PageUp:
+            return SelectByOperator(selected_ - LinesInView());
+        case Qt::Key_PageDown:
+            return SelectByOperator(selected_ + LinesInView());
+        case Qt::Key_Home:
+            return SelectByOperator(0);
+        case Qt::Key_End:
+            return SelectByOperator(Count() - 1);
+        default:
+            QAbstractScrollArea::keyPressEvent(event);
+    }
+}
+
+void ListBox::mousePressEvent(QMouseEvent* event)
+{
+    SelectAt(event->position().toPoint());
+}
+
+void ListBox::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons().testFlag(Qt::LeftButton))
+        SelectAt(event->position().toPoint());
+}
+
+void ListBox::contextMenuEvent(QContextMenuEvent* event)
+{
+    QMenu menu(this);
+    QAction* const copy = menu.addAction(QStringLiteral("Copy"), this, [this] { CopySelected(); });
+    copy->setEnabled(selected_ >= 0);
+    menu.exec(event->globalPos());
+}
+
+void ListBox::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    update();
+    viewport()->update();
+}
+
+void ListBox::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    update();
+    viewport()->update();
+}
+
+void ListBox::SelectByOperator(int line)
+{
+    if (Count() == 0)
+        return;
+    selected_ = std::clamp(line, 0, Count() - 1);
+    reveal_ = true;
+    announce_ = true;
+    pacer_.RunNow();
+}
+
+void ListBox::SelectAt(const QPoint& position)
+{
+    const int row = static_cast<int>(std::floor(position.y() / static_cast<double>(RowHeight())));
+    SelectByOperator(TopLine() + std::clamp(row, -1, LinesInView()));
+}
+
+void ListBox::CopySelected() const
+{
+    if (selected_ >= 0)
+        QGuiApplication::clipboard()->setText(ToQt(SelectedText()));
+}
+
+void ListBox::UpdateScrollBar()
+{
+    scrollBar_->setPageStep(LinesInView());
+    scrollBar_->setRange(0, std::max(0, Count() - LinesInView()));
+}
+
+void ListBox::ShowChanges()
+{
+    scrollBar_->Change([this] {
+        UpdateScrollBar();
+        if (reveal_ && selected_ >= 0) {
+            const int lowestTop = selected_ - LinesInView() + 1;
+            scrollBar_->setValue(std::clamp(TopLine(), lowestTop, selected_));
+        }
+    });
+    if (announce_ && QAccessible::isActive()) {
+        QAccessibleValueChangeEvent changed(this, QString());
+        QAccessible::updateAccessibility(&changed);
+    }
+    reveal_ = false;
+    announce_ = false;
+    viewport()->update();
+}
+
+}  // namespace platform::window

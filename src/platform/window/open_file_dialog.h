@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+#include "platform/open_file_dialog.h"
+
+namespace platform::window {
+
+/// Qt's own file dialog: the desktop's may refuse the name of a file that does not exist.
+class OpenFileDialog final : public platform::OpenFileDialog {
+public:
+    /// The dialog is modal to this window, which outlives it.
+    explicit OpenFileDialog(QWidget& window) : window_(window) {}
+
+    void SetCancelError(bool cancelError) override { cancelError_ = cancelError; }
+    void SetFilter(const std::string& filter) override;
+    void ShowOpen() override;
+    [[nodiscard]] std::string FileName() const override;
+
+private:
+    QWidget& window_;
+    bool cancelError_ = false;
+    QStringList filters_;
+    QString fileName_;
+};
+
+}  // namespace platform::window

@@ -1,0 +1,29 @@
+#include <QApplication>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+
+#include "window/trellivan.h"
+
+namespace {
+
+/// The folder's bytes as the system has them: Qt gives no path that is not valid UTF-8.
+std::string ExecutableDirectory()
+{
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    const QApplication application(argumentCount, arguments);
+    try {
+        Trellivan trellivan(ExecutableDirectory(), QLocale::system());
+        trellivan.Start();
+        return QApplication::exec();
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "Trellivan cannot start: %s\n", failure.what());
+        return 1;
+    }
+}

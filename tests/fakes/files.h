@@ -1,0 +1,75 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "fakes/journal.h"
+#include "platform/file_system.h"
+#include "platform/profile_file.h"
+
+namespace platform::fakes {
+
+/// The lines of one file held in memory.
+class LockedText : public LockedTextFile {
+public:
+    explicit LockedText(std::string& content) : content_(content) {}
+
+    [[nodiscard]] std::int64_t CountLines() const override;
+    void KeepLines(const std::function<bool(std::int64_t number, std::string_view line)>& keep) override;
+
+private:
+    std::string& content_;
+};
+
+/// Files held in memory: path to content.
+class FileSystem : public platform::FileSystem, private Journaled {
+public:
+    FileSystem(Journal& journal, const std::string& name) : Journaled(journal, name) {}
+
+    [[nodiscard]] bool FileExists(const std::string& path) const override
+    {
+        Call("FileExists", path);
+        return contents.contains(path);
+    }
+    void Append(const std::string& path, const std::string& bytes) override
+    {
+        Call("Append", bytes);
+        contents[path] += bytes;
+    }
+    [[nodiscard]] std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) override
+    {
+        Call("OpenLocked", path);
+        return std::make_unique<LockedText>(contents.at(path));
+    }
+
+    std::map<std::string, std::string> contents;
+};
+
+/// A profile file held in memory: its values by section and key, in the letter case in which they are asked
+/// for.
+class ProfileFile : public platform::ProfileFile, private Journaled {
+public:
+    ProfileFile(Journal& journal, const std::string& name) : Journaled(journal, name) {}
+
+    [[nodiscard]] std::string GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                                       std::size_t length,
+                                                       const std::string& path) const override
+    {
+        Call("GetPrivateProfileStringA", section + " " + key + " " + std::to_string(length) + " " + path);
+        const auto found = values.find({section, key});
+        return found == values.end() ? std::string() : found->second;
+    }
+    void WritePrivateProfileStringA(const std::string& section, const std::string& key,
+                                    const std::string& value, const std::string& path) override
+    {
+        Call("WritePrivateProfileStringA", section + " " + key + "=" + value + " " + path);
+        values[{section, key}] = value;
+    }
+
+    std::map<std::pair<std::string, std::string>, std::string> values;
+};
+
+}  // namespace platform::fakes

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/failure.h"
+
+namespace platform::fakes {
+
+/// What was called on the objects that share it, in order, as texts like "WinsockConnect.Listen" or
+/// "txtDBTime.SetText 15:07:09"; and which calls are to fail.
+class Journal {
+public:
+    /// Notes a call; throws the failure that was set for it.
+    void Call(const std::string& call);
+
+    /// Lets every call of this name fail: the entry's text up to its first blank.
+    void FailOn(const std::string& name, Failure failure = DefaultFailure());
+
+    /// Lets the call that will be noted at this index fail.
+    void FailAt(std::size_t index) { failingIndex_ = index; }
+
+    /// Lets no call fail from now on.
+    void FailNothing();
+
+    [[nodiscard]] const std::vector<std::string>& Calls() const { return calls_; }
+
+    void Clear() { calls_.clear(); }
+
+    /// Number 5, "told to fail".
+    [[nodiscard]] static Failure DefaultFailure();
+
+private:
+    std::vector<std::string> calls_;
+    std::map<std::string, Failure> failing_;
+    std::optional<std::size_t> failingIndex_;
+};
+
+/// A named object that notes its calls.
+class Journaled {
+protected:
+    Journaled(Journal& journal, std::string name) : journal_(journal), name_(std::move(name)) {}
+    ~Journaled() = default;
+
+    void Call(const std::string& method) const { journal_.Call(name_ + "." + method); }
+    void Call(const std::string& method, const std::string& argument) const { Call(method + " " + argument); }
+
+private:
+    Journal& journal_;
+    std::string name_;
+};
+
+}  // namespace platform::fakes

@@ -1,0 +1,113 @@
+#include "platform/regional/regional_formats.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "platform/ansi_code_page.h"
+
+namespace platform::regional {
+namespace {
+
+using namespace std::chrono;
+using namespace std::chrono_literals;
+
+DateTime Moment(int years, unsigned months, unsigned dayOfMonth, milliseconds timeOfDay = 0ms)
+{
+    return local_days{year{years} / month{months} / day{dayOfMonth}} + timeOfDay;
+}
+
+constexpr milliseconds kAfternoon = 15h + 7min + 9s;
+
+TEST(RegionalFormats, AreThoseOfTheLocaleWithItsFlawsRepaired)
+{
+    struct Case {
+        const char* locale;
+        const char* time;
+        const char* date;
+        const char* decimalSign;
+    };
+    const Case cases[] = {
+        {"C", "15:07:09", "2021-05-14", "."},     {"en_US", "3:07:09 PM", "5/14/2021", "."},
+        {"en_GB", "15:07:09", "14/05/2021", "."}, {"de_DE", "15:07:09", "14.05.2021", ","},
+        {"fr_FR", "15:07:09", "14/05/2021", ","}, {"fr_CA", "15 h 07 min 09 s", "2021-05-14", ","},
+        {"fi_FI", "15.07.09", "14.5.2021", ","},  {"hu_HU", "15:07:09", "2021.05.14.", ","},
+        {"sv_SE", "15:07:09", "2021-05-14", ","}, {"ja_JP", "15:07:09", "2021/05/14", "."},
+        {"ko_KR", "15:07:09", "2021.5.14.", "."}, {"bg_BG", "15:07:09", "2021-05-14", ","},
+        {"ar_EG", "15:07:09", "2021-05-14", "."}, {"fa_IR", "15:07:09", "2021-05-14", "."},
+    };
+    const DateTime moment = Moment(2021, 5, 14, kAfternoon + 999ms);
+    for (const Case& each : cases) {
+        const RegionalFormats formats{QLocale(each.locale)};
+        EXPECT_EQ(formats.LongTime(moment), each.time) << each.locale;
+        EXPECT_EQ(formats.ShortDate(moment), each.date) << each.locale;
+        EXPECT_EQ(formats.DecimalSign(), each.decimalSign) << each.locale;
+    }
+}
+
+TEST(RegionalFormats, WriteWhatReadsBackInEveryLocale)
+{
+    constexpr seconds kTimes[] = {0s, 1s, 1h, 11h + 59min + 59s, 12h, 15h + 7min + 9s, 23h + 59min + 59s};
+    std::vector<DateTime> moments = {Moment(100, 1, 1, 1s), Moment(1899, 12, 29, kAfternoon),
+                                     Moment(9999, 12, 31, kAfternoon)};
+    for (int day = 0; day < 1500; day += 17)
+        moments.push_back(Moment(1999, 12, 30) + days(day) + kTimes[moments.size() % std::size(kTimes)]);
+    const auto locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+    ASSERT_GT(locales.size(), 300);
+    for (const QLocale& locale : locales) {
+        const RegionalFormats formats(locale);
+        const std::string name = locale.name().toStdString();
+        for (const DateTime& moment : moments) {
+            const std::string date = formats.ShortDate(moment);
+            const std::string text = GeneralDate(moment, formats);
+            ASSERT_EQ(formats.DateOrTime(date), floor<days>(moment)) << name << ": " << date;
+            ASSERT_EQ(formats.DateOrTime(text), moment) << name << ": " << text;
+            ASSERT_EQ(FromAnsi(ToAnsi(text)), text) << name;
+            ASSERT_EQ(date.find_first_not_of("0123456789./-"), std::string::npos) << name << ": " << date;
+        }
+        EXPECT_EQ(formats.Number("1" + formats.DecimalSign() + "5"), 1.5) << name;
+        EXPECT_EQ(formats.Number("-32000"), -32000) << name;
+        EXPECT_EQ(formats.Number("1e3"), 1000) << name;
+    }
+}
+
+TEST(RegionalFormats, ReadDatesAndTimes)
+{
+    struct Case {
+        const char* locale;
+        const char* text;
+        DateTime moment;
+    };
+    for (const Case& c :
+         {Case{"en_US", "5/4/2021", Moment(2021, 5, 4)}, Case{"en_GB", "5/4/2021", Moment(2021, 4, 5)},
+          Case{"de_DE", " 4.5.2021 15:07:09 ", Moment(2021, 5, 4, kAfternoon)},
+          Case{"de_DE", "2021-05-04 3:07:09 pm", Moment(2021, 5, 4, kAfternoon)},
+          Case{"C", "15:07", Moment(1899, 12, 30, 15h + 7min)}})
+        EXPECT_EQ(RegionalFormats{QLocale(c.locale)}.DateOrTime(c.text), c.moment) << c.locale << c.text;
+    const RegionalFormats formats{QLocale("en_US")};
+    for (const char* text :
+         {"24:00:00", "2021-02-29", "5/14/21", "5/14-2021", "5/4/2021 x", "x 15:07:09", "", "5"})
+        EXPECT_EQ(formats.DateOrTime(text), std::nullopt) << text;
+}
+
+TEST(RegionalFormats, ReadNumbers)
+{
+    struct Case {
+        const char* locale;
+        const char* text;
+        double number;
+    };
+    for (const Case& c :
+         {Case{"en_US", "1,500", 1500}, Case{"en_US", " 2 ", 2}, Case{"en_US", "2.5", 2.5},
+          Case{"de_DE", "2,5", 2.5}, Case{"de_DE", "1.500", 1500}, Case{"fr_FR", "1 500,5", 1500.5},
+          Case{"ar_EG", "2.5", 2.5}, Case{"ar_EG", "\u0662\u0665", 25}})
+        EXPECT_EQ(RegionalFormats{QLocale(c.locale)}.Number(c.text), c.number) << c.locale << c.text;
+    const RegionalFormats formats{QLocale("en_US")};
+    for (const char* text : {"1,50,0", "0x10", "inf", "-infinity", "nan", "1e999", "", " ", "12a"})
+        EXPECT_EQ(formats.Number(text), std::nullopt) << text;
+    EXPECT_EQ(RegionalFormats{QLocale("de_DE")}.Number("2.5"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace platform::regional

@@ -1,0 +1,43 @@
+#include "platform/window/text.h"
+
+#include <gtest/gtest.h>
+
+namespace platform::window {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(Text, SurvivesTheWayThroughQt)
+{
+    for (const std::string& text : {""s, "a\0b"s, "\uFEFFmark"s, "caf\u00E9 \U0001F600"s, "\r\n\t\x01\x7F"s})
+        EXPECT_EQ(FromQt(ToQt(text)), text);
+    EXPECT_EQ(FromQt(ToQt("a\xFF")), "a\uFFFD");
+}
+
+TEST(Text, IsVisibleOnOneLine)
+{
+    struct Case {
+        std::string text;
+        std::u16string visible;
+    };
+    const Case cases[] = {
+        {"plain & simple", u"plain & simple"},
+        {"a\r\nb\nc\rd\u2028e", u"a\u21B5b\u21B5c\u21B5d\u21B5e"},
+        {"1\t2", u"1\u21922"},
+        {"\0\x01\x7F\u0085"s, u"\u00B7\u00B7\u00B7\u00B7"},
+        {"ab\u202Edc\u200F\uFEFF", u"ab\u00B7dc\u00B7\u00B7"},
+        {"\xC3", u"\uFFFD"},
+        {"\U0001F600", u"\U0001F600"},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(VisibleText(each.text, 100).toStdU16String(), each.visible) << each.text;
+}
+
+TEST(Text, IsVisibleAsFarAsAskedFor)
+{
+    EXPECT_EQ(VisibleText("\u20AC\u20AC\u20AC", 2).toStdU16String(), u"\u20AC\u20AC");
+    EXPECT_EQ(VisibleText("\r\nb", 1).toStdU16String(), u"\u21B5");
+}
+
+}  // namespace
+}  // namespace platform::window
