@@ -152,6 +152,25 @@ TEST_F(RefusedCalls, APathThatCannotBeLookedUpIsAFailureAtOnce)
     ExpectOldContents();
 }
 
+TEST_F(RefusedCalls, OnlyARegularFileIsRead)
+{
+    std::filesystem::create_symlink("/dev/zero", folder_.Path("endless"));
+    ASSERT_EQ(::mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
+    for (const std::string& path : {folder_.Path("endless"), folder_.Path("pipe")})
+        ExpectHoldsInChild([&] {
+            ::alarm(60);
+            EXPECT_EQ(profile_.GetPrivateProfileStringA("S", "key", 256, path), "") << path;
+            profile_.WritePrivateProfileStringA("S", "key", "new", path);
+            EXPECT_EQ(FailureOf([&] { return files_.OpenLocked(path); }), failure::kPathFileAccess) << path;
+        });
+}
+
+TEST_F(RefusedCalls, AHugeFileIsNoProfile)
+{
+    std::filesystem::resize_file(config_, std::uintmax_t{64} * 1024 * 1024);
+    EXPECT_EQ(profile_.GetPrivateProfileStringA("S", "key", 256, config_), "");
+}
+
 TEST_F(RefusedCalls, TheLimitOfAFilesSizeIsAFullDisk)
 {
     ExpectHoldsInChild([&] {

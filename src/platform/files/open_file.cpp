@@ -52,9 +52,9 @@ FileDescriptor Open(const std::string& path, int flags)
     }));
     if (!file.IsOpen())
         ThrowFailure(LastError(), path);
-    const bool isForReading = (flags & O_ACCMODE) == O_RDONLY;  // the system opens no folder for writing
-    if (isForReading && S_ISDIR(StatusOf(file, path).st_mode))
-        ThrowFailure(std::make_error_code(std::errc::is_a_directory), path);
+    const bool isForReading = (flags & O_ACCMODE) != O_WRONLY;
+    if (isForReading && !S_ISREG(StatusOf(file, path).st_mode))
+        ThrowFailure(std::make_error_code(std::errc::invalid_argument), path);
     return file;
 }
 

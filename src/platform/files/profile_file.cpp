@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
+/// Settings take a kilobyte or two. What is so much larger has got that name by mistake.
+constexpr std::size_t kLargestFile = std::size_t{16} * 1024 * 1024;
+
 std::string ReadAll(const FileDescriptor& file, const std::string& path)
 {
     std::string content;
@@ -21,6 +24,8 @@ std::string ReadAll(const FileDescriptor& file, const std::string& path)
     do {
         count = ReadAt(file, static_cast<std::int64_t>(content.size()), piece.data(), piece.size(), path);
         content.append(piece.data(), count);
+        if (content.size() > kLargestFile)
+            ThrowFailure(std::make_error_code(std::errc::invalid_argument), path);
     } while (count == piece.size());
     return content;
 }
