@@ -37,7 +37,8 @@ std::string DiskProfileFile::GetPrivateProfileStringA(const std::string& section
 {
     try {
         const std::size_t limit = std::max<std::size_t>(length, 1) - 1;
-        return FindProfileValue(ReadAll(Open(path, O_RDONLY), path), section, key, limit);
+        const ProfileContent content(ReadAll(Open(path, O_RDONLY), path));
+        return FindProfileValue(content, section, key, limit);
     } catch (const std::exception&) {
         return {};
     }
@@ -49,12 +50,13 @@ void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, con
     try {
         FileDescriptor file = OpenAndLock(path, O_RDWR, lockWait_);
         Replacement::RemoveLeftover(path);
-        const std::string text = ReadAll(file, path);
-        const std::string changed = WithProfileEntry(text, {section, key, value});
-        if (changed == text)
+        const std::string before = ReadAll(file, path);
+        ProfileContent content(before);
+        SetProfileEntry(content, {section, key, value});
+        if (content.Bytes() == before)
             return;
         Replacement replacement(path, file);
-        replacement.Write(changed);
+        replacement.Write(content.Bytes());
         replacement.Commit();
     } catch (const std::exception&) {
         // Nobody looks at the outcome of a profile write; the file is as it was.
