@@ -44,15 +44,16 @@ std::string DiskProfileFile::GetPrivateProfileStringA(const std::string& section
     }
 }
 
-void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, const std::string& key,
-                                                 const std::string& value, const std::string& path)
+void DiskProfileFile::WritePrivateProfileStringA(const std::vector<ProfileEntry>& entries,
+                                                 const std::string& path)
 {
     try {
         FileDescriptor file = OpenAndLock(path, O_RDWR, lockWait_);
         Replacement::RemoveLeftover(path);
         const std::string before = ReadAll(file, path);
         ProfileContent content(before);
-        SetProfileEntry(content, {section, key, value});
+        for (const ProfileEntry& entry : entries)
+            SetProfileEntry(content, entry);
         if (content.Bytes() == before)
             return;
         Replacement replacement(path, file);

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/files/profile_content.h"
+#include "platform/profile_file.h"
 
 /// The grammar of profile files. These functions touch no file.
 ///
@@ -13,13 +14,6 @@
 /// and values are dropped, then one pair of quotes, double or single, around a value. A line that begins with ";" or "#"
 /// is a comment.
 namespace platform::files {
-
-/// One key of one section with its value, in UTF-8. Names hold no "=", "]" or line break.
-struct ProfileEntry {
-    std::string section;
-    std::string key;
-    std::string value;
-};
 
 /// The value of a key in UTF-8, cut to `limit` characters; empty where there is none.
 [[nodiscard]] std::string FindProfileValue(const ProfileContent& content, std::string_view section,
