@@ -37,9 +37,6 @@ public:
 
     [[nodiscard]] std::uint64_t Size() const override { return bytes_.size(); }
 
-    /// So that every look at a page counts as a read.
-    [[nodiscard]] bool IsWorthKeeping() const override { return false; }
-
 private:
     std::string bytes_;
     mutable std::uint64_t pagesLeft_;
