@@ -1,7 +1,7 @@
 # Sourced by the other scripts: what they need from Debian 12, and how it gets here.
 # shellcheck shell=bash disable=SC2034
 
-build_packages=(cmake g++ ninja-build qt6-base-dev)
+build_packages=(cmake g++ libcli11-dev ninja-build qt6-base-dev)
 run_packages=(socat)
 headless_packages=(imagemagick xdotool xvfb)
 test_packages=(clang-format-14 clang-tidy-14 fonts-dejavu-core iproute2 libgtest-dev locales mdbtools
