@@ -43,7 +43,10 @@ constexpr auto kPatience = 60s;
 
 class Faults : public testing::Test {
 protected:
-    void Save(const std::string& value) { profile_.WritePrivateProfileStringA("S", "key", value, config_); }
+    void Save(const std::string& value)
+    {
+        profile_.WritePrivateProfileStringA({{"S", "key", value}}, config_);
+    }
     void Trim(int lineLimit) { trellivan::TrimErrorLog(lineLimit, kCutoff, log_, files_, formats_); }
 
     void ExpectAppendFails(int number)
@@ -120,6 +123,8 @@ TEST_F(Faults, AFullDiskLeavesTheOldContents)
         FillDisk(4096);
         Save(std::string(20000, 'y'));
         Save("new");
+        profile_.WritePrivateProfileStringA({{"S", "key", "n"}, {"S", "other", std::string(20000, 'y')}},
+                                            config_);
         ExpectAppendFails(failure::kDiskFull);
         Trim(kNoLineLimit);
         Trim(450);

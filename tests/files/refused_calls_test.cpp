@@ -47,7 +47,10 @@ protected:
         return FailureOf([&] { files_.Append(log_, "new\r\n"); });
     }
 
-    void Save(const std::string& value) { profile_.WritePrivateProfileStringA("S", "key", value, config_); }
+    void Save(const std::string& value)
+    {
+        profile_.WritePrivateProfileStringA({{"S", "key", value}}, config_);
+    }
 
     void ExpectOldContents()
     {
@@ -160,7 +163,7 @@ TEST_F(RefusedCalls, OnlyARegularFileIsRead)
         ExpectHoldsInChild([&] {
             ::alarm(60);
             EXPECT_EQ(profile_.GetPrivateProfileStringA("S", "key", 256, path), "") << path;
-            profile_.WritePrivateProfileStringA("S", "key", "new", path);
+            profile_.WritePrivateProfileStringA({{"S", "key", "new"}}, path);
             EXPECT_EQ(FailureOf([&] { return files_.OpenLocked(path); }), failure::kPathFileAccess) << path;
         });
 }

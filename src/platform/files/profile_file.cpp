@@ -37,24 +37,27 @@ std::string DiskProfileFile::GetPrivateProfileStringA(const std::string& section
 {
     try {
         const std::size_t limit = std::max<std::size_t>(length, 1) - 1;
-        return FindProfileValue(ReadAll(Open(path, O_RDONLY), path), section, key, limit);
+        const ProfileContent content(ReadAll(Open(path, O_RDONLY), path));
+        return FindProfileValue(content, section, key, limit);
     } catch (const std::exception&) {
         return {};
     }
 }
 
-void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, const std::string& key,
-                                                 const std::string& value, const std::string& path)
+void DiskProfileFile::WritePrivateProfileStringA(const std::vector<ProfileEntry>& entries,
+                                                 const std::string& path)
 {
     try {
         FileDescriptor file = OpenAndLock(path, O_RDWR, lockWait_);
         Replacement::RemoveLeftover(path);
-        const std::string text = ReadAll(file, path);
-        const std::string changed = WithProfileEntry(text, {section, key, value});
-        if (changed == text)
+        const std::string before = ReadAll(file, path);
+        ProfileContent content(before);
+        for (const ProfileEntry& entry : entries)
+            SetProfileEntry(content, entry);
+        if (content.Bytes() == before)
             return;
         Replacement replacement(path, file);
-        replacement.Write(changed);
+        replacement.Write(content.Bytes());
         replacement.Commit();
     } catch (const std::exception&) {
         // Nobody looks at the outcome of a profile write; the file is as it was.

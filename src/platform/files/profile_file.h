@@ -17,8 +17,8 @@ public:
     [[nodiscard]] std::string GetPrivateProfileStringA(const std::string& section, const std::string& key,
                                                        std::size_t length,
                                                        const std::string& path) const override;
-    void WritePrivateProfileStringA(const std::string& section, const std::string& key,
-                                    const std::string& value, const std::string& path) override;
+    void WritePrivateProfileStringA(const std::vector<ProfileEntry>& entries,
+                                    const std::string& path) override;
 
 private:
     LockWait lockWait_;
