@@ -26,9 +26,11 @@ constexpr std::string_view kHelp =
     "The first line names the columns, in any order:\n"
     "  ref             whole number; the order in which the records are sent\n"
     "  rawtransaction  the transaction's text, in quotes where it has several lines\n"
-    "  timestamp       date and time, like 2021-05-14 15:07:09\n"
+    "  timestamp       date and time, like 2021-05-14 15:07:09 or 2021-05-14T15:07:09.250\n"
     "  datetimestamp   the same\n"
-    "A field with nothing in it is null; \"\" is an empty text.\n"
+    "A field with nothing in it is null; \"\" is an empty text. Where a recording was cut off in the middle "
+    "of\n"
+    "its last record, that record is left out.\n"
     "\n"
     "  --password TEXT  give the database a password of up to 20 characters\n"
     "  --format FORMAT  jet4 (Access 2000 to 2003, as without the option) or jet3 (Access 97)\n"
@@ -108,6 +110,21 @@ std::size_t SecondLine(const std::string& path, std::int32_t ref)
     return reader.Line();
 }
 
+void Print(std::FILE* to, std::string_view text)
+{
+    std::fwrite(text.data(), 1, text.size(), to);
+}
+
+/// Tells of a recording that was cut off.
+void TellOfTail(const std::string& path, const tools::ReceiptReader& reader)
+{
+    const std::string where = "make_database: " + path + ": line " + std::to_string(reader.Line()) + ": ";
+    if (reader.Tail() == tools::CsvTail::kTorn)
+        Print(stderr, where + "the recording ends in the middle of a record, which is left out\n");
+    if (reader.Tail() == tools::CsvTail::kNoLineEnd)
+        Print(stderr, where + "the last line has no end; its text may lack one too\n");
+}
+
 void AddReceipts(const std::string& path, tools::DatabaseWriter& writer)
 {
     std::ifstream file = OpenInput(path);
@@ -122,6 +139,7 @@ void AddReceipts(const std::string& path, tools::DatabaseWriter& writer)
             tools::FailAtLine(reader.Line(), failure.Description());
         }
     }
+    TellOfTail(path, reader);
 }
 
 void Finish(const std::string& path, tools::DatabaseWriter& writer)
@@ -142,11 +160,6 @@ void MakeDatabase(const Arguments& arguments)
         Finish(arguments.input, writer);
     });
     pages.Commit();
-}
-
-void Print(std::FILE* to, std::string_view text)
-{
-    std::fwrite(text.data(), 1, text.size(), to);
 }
 
 }  // namespace
