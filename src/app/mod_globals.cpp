@@ -4,8 +4,6 @@
 #include <utility>
 #include <variant>
 
-#include "errorlog/trim.h"
-
 namespace trellivan {
 namespace {
 
@@ -14,10 +12,11 @@ constexpr std::int32_t kDefaultLogLines = 2000;
 
 }  // namespace
 
-modGlobals::modGlobals(std::string executableDirectory, platform::FileSystem& files,
+modGlobals::modGlobals(ProgramPaths paths, platform::ErrorLog& errorLog, platform::FileSystem& files,
                        platform::ProfileFile& profile, const platform::Clock& clock,
                        const platform::RegionalFormats& formats)
-    : executableDirectory_(std::move(executableDirectory)),
+    : paths_(std::move(paths)),
+      errorLog_(errorLog),
       files_(files),
       profile_(profile),
       clock_(clock),
@@ -27,8 +26,8 @@ modGlobals::modGlobals(std::string executableDirectory, platform::FileSystem& fi
 void modGlobals::SetGlobals()  // abandon
 {
     try {
-        ConfigFilePath_ = executableDirectory_ + "/Config.ini";
-        ErrorLogFilePath_ = executableDirectory_ + "/Trellivan Error.log";
+        ConfigFilePath_ = paths_.configFile;
+        ErrorLogFilePath_ = paths_.errorLogFile;
     } catch (...) {
         WriteErrorLog(platform::CurrentFailure(), "modGlobals.SetGlobals");
     }
@@ -39,7 +38,7 @@ void modGlobals::GlobalsMain()  // abandon
     try {
         SetGlobals();
         const std::int32_t lineLimit = LogLineLimit();
-        TrimErrorLog(lineLimit, LogAgeCutoff(), ErrorLogFilePath_, files_, formats_);
+        errorLog_.Trim(ErrorLogFilePath_, lineLimit, LogAgeCutoff());
     } catch (...) {
         WriteErrorLog(platform::CurrentFailure(), "modGlobals.GlobalsMain");
     }
@@ -57,12 +56,12 @@ std::int32_t modGlobals::LogLineLimit()
 platform::DateTime modGlobals::LogAgeCutoff()
 {
     const auto days = formats_.Number(ReadINIText(kLogSection, "Error_Log_Days"));
-    return days ? platform::MinusDays(clock_.Now(), *days) : kNoLogAgeLimit;
+    return days ? platform::MinusDays(clock_.Now(), *days) : platform::kNoLogAgeLimit;
 }
 
 std::string modGlobals::FullPath(const std::string& path) const
 {
-    return std::filesystem::path(executableDirectory_) / path;
+    return std::filesystem::path(paths_.folder) / path;
 }
 
 }  // namespace trellivan

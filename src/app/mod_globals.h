@@ -6,6 +6,7 @@
 #include "config/ini_value.h"
 #include "platform/clock.h"
 #include "platform/date_time.h"
+#include "platform/error_log.h"
 #include "platform/failure.h"
 #include "platform/file_system.h"
 #include "platform/profile_file.h"
@@ -13,14 +14,21 @@
 
 namespace trellivan {
 
+/// Where a program has its files, each as a full path in the system's own form.
+struct ProgramPaths {
+    std::string configFile;
+    std::string errorLogFile;
+    std::string folder;  ///< relative paths of databases start here
+};
+
 /// The two global paths, and the routines that belong to no window: settings values and the error log.
 /// It borrows what it is given. No member fails: what goes wrong inside is recorded here, or lost where the
 /// error log itself cannot be written.
 class modGlobals {
 public:
-    /// `executableDirectory` is the folder of the executable as the platform reports it.
-    modGlobals(std::string executableDirectory, platform::FileSystem& files, platform::ProfileFile& profile,
-               const platform::Clock& clock, const platform::RegionalFormats& formats);
+    modGlobals(ProgramPaths paths, platform::ErrorLog& errorLog, platform::FileSystem& files,
+               platform::ProfileFile& profile, const platform::Clock& clock,
+               const platform::RegionalFormats& formats);
 
     /// Fixes the paths, reads the error log's limits from the settings and trims the log. Once, at start.
     void GlobalsMain();
@@ -28,7 +36,7 @@ public:
     /// Full path of the settings file; empty until GlobalsMain has run.
     [[nodiscard]] const std::string& ConfigFilePath() const { return ConfigFilePath_; }
 
-    /// A path as given, or, where it is relative, the path in the executable's folder.
+    /// A path as given, or, where it is relative, the path in the program's folder.
     [[nodiscard]] std::string FullPath(const std::string& path) const;
 
     /// Reads one key of a profile file into `value`, which stays untouched unless the result is true.
@@ -43,8 +51,7 @@ public:
     /// Writes one key of the settings file. A write that fails is not detected.
     void WriteINIValue(const std::string& section, const std::string& key, const std::string& value);
 
-    /// Appends one record to the error log: time of writing, number, description and procedure, separated by
-    /// "|". A record that cannot be written is lost without a trace.
+    /// Adds one record to the error log. A record that cannot be written is lost without a trace.
     void WriteErrorLog(const std::string& number, const std::string& description,
                        const std::string& procedure);
     void WriteErrorLog(const platform::Failure& failure, const std::string& procedure);
@@ -54,7 +61,8 @@ private:
     [[nodiscard]] std::int32_t LogLineLimit();
     [[nodiscard]] platform::DateTime LogAgeCutoff();
 
-    std::string executableDirectory_;
+    ProgramPaths paths_;
+    platform::ErrorLog& errorLog_;
     platform::FileSystem& files_;
     platform::ProfileFile& profile_;
     const platform::Clock& clock_;

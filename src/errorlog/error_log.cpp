@@ -1,5 +1,4 @@
 #include "app/mod_globals.h"
-#include "platform/ansi_code_page.h"
 
 namespace trellivan {
 
@@ -7,9 +6,7 @@ void modGlobals::WriteErrorLog(const std::string& number, const std::string& des
                                const std::string& procedure)
 {
     try {
-        const std::string now = GeneralDate(clock_.Now(), formats_);
-        files_.Append(ErrorLogFilePath_,
-                      platform::ToAnsi(now + "|" + number + "|" + description + "|" + procedure + "\r\n"));
+        errorLog_.Write(ErrorLogFilePath_, {number, description, procedure});
     } catch (...) {  // NOLINT(bugprone-empty-catch): there is no other place to report it
     }
 }

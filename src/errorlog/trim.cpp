@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/ansi_code_page.h"
+#include "platform/error_log.h"
 
 namespace trellivan {
 namespace {
@@ -68,7 +69,7 @@ void TrimErrorLog(std::int32_t lineLimit, DateTime ageCutoff, const std::string&
         const auto log = files.OpenLocked(path);
         if (lineLimit >= 0)
             KeepNewestLines(*log, lineLimit);
-        if (ageCutoff > kNoLogAgeLimit)
+        if (ageCutoff > platform::kNoLogAgeLimit)
             DropOldLines(*log, AgeLimit(ageCutoff, formats));
     } catch (...) {
         // Nothing of the program depends on a trimmed log, and a record about it would only make it longer.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -9,10 +8,6 @@
 #include "platform/regional_formats.h"
 
 namespace trellivan {
-
-/// The cutoff that stands for no age limit, like every earlier one.
-inline constexpr platform::DateTime kNoLogAgeLimit =
-    std::chrono::local_days{std::chrono::year{1980} / std::chrono::January / 1};
 
 /// Keeps the error log within two limits; no log, nothing to do. First, unless the line limit is negative,
 /// only that many lines remain, the newest; a log that is short enough is not touched. Then, when the cutoff

@@ -1,8 +1,20 @@
 #include "window/trellivan.h"
 
+namespace {
+
+trellivan::ProgramPaths PathsIn(const std::string& directory)
+{
+    return {.configFile = directory + "/Config.ini",
+            .errorLogFile = directory + "/Trellivan Error.log",
+            .folder = directory};
+}
+
+}  // namespace
+
 Trellivan::Trellivan(const std::string& executableDirectory, const QLocale& locale)
     : machine_(locale),
-      globals_(executableDirectory, machine_.files, machine_.profile, machine_.clock, machine_.formats),
+      globals_(PathsIn(executableDirectory), errorLog_, machine_.files, machine_.profile, machine_.clock,
+               machine_.formats),
       form_(
           trellivan::WindowControls{
               .window = window_,

@@ -5,6 +5,7 @@
 
 #include "app/frm_connect.h"
 #include "app/mod_globals.h"
+#include "errorlog/error_log_file.h"
 #include "machine.h"
 #include "platform/posix/tick_schedule.h"
 #include "platform/window/loop_bridge.h"
@@ -33,6 +34,7 @@ private:
     platform::window::MainWindow window_{till_.gate};
     platform::window::OpenFileDialog dialog_{window_};
 
+    trellivan::ErrorLogFile errorLog_{machine_.files, machine_.clock, machine_.formats};
     trellivan::modGlobals globals_;
     trellivan::frmConnect form_;
 };

@@ -5,8 +5,10 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "fakes/journal.h"
+#include "platform/error_log.h"
 #include "platform/file_system.h"
 #include "platform/profile_file.h"
 
@@ -70,6 +72,18 @@ public:
     }
 
     std::map<std::pair<std::string, std::string>, std::string> values;
+};
+
+/// The records, as "number|description|procedure".
+class ErrorLog : public platform::ErrorLog {
+public:
+    void Write(const std::string& /*path*/, const ErrorRecord& record) override
+    {
+        records.push_back(record.number + "|" + record.description + "|" + record.procedure);
+    }
+    void Trim(const std::string& /*path*/, std::int32_t /*lineLimit*/, DateTime /*ageCutoff*/) override {}
+
+    std::vector<std::string> records;
 };
 
 }  // namespace platform::fakes

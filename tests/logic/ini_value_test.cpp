@@ -55,12 +55,13 @@ protected:
     platform::fakes::Journal journal;
     platform::fakes::FileSystem files{journal, "files"};
     platform::fakes::ProfileFile profile{journal, "profile"};
+    platform::fakes::ErrorLog errorLog;
     platform::fakes::Clock clock;
     platform::fakes::PlainFormats formats;
     IniValue value = std::string("before");
 
 private:
-    trellivan::modGlobals globals_{"/house", files, profile, clock, formats};
+    trellivan::modGlobals globals_{{}, errorLog, files, profile, clock, formats};
 };
 
 TEST_F(GetIniValue, LeavesTheValueUntouchedUnlessItStoresOne)
@@ -83,10 +84,8 @@ TEST_F(GetIniValue, RecordsAFailureWithItsArguments)
     files.contents["/a.ini"] = "";
     profile.values[{"Numbers", "Key"}] = "1e39";
     EXPECT_FALSE(Get(kind::kSingle));
-    EXPECT_TRUE(
-        files.contents[""].ends_with("|6|Overflow: a number is too large for a "
-                                     "Single|modGlobals.GetINIValue(/a.ini, Numbers, Key,, 4, 256)\r\n"))
-        << files.contents[""];
+    EXPECT_EQ(errorLog.records, Texts{"6|Overflow: a number is too large for a Single|"
+                                      "modGlobals.GetINIValue(/a.ini, Numbers, Key,, 4, 256)"});
 }
 
 }  // namespace

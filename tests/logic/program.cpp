@@ -35,7 +35,8 @@ platform::fakes::Row Transaction(int ref, const std::string& text, const std::st
 }  // namespace
 
 Program::Program()
-    : globals_("/house", files, profile, clock, formats),
+    : globals_({.configFile = "/house/Config.ini", .errorLogFile = kErrorLog, .folder = "/house"}, errorLog_,
+               files, profile, clock, formats),
       form_(trellivan::WindowControls{window,           txtIPAddress,
                                       txtPortNumber,    cboProtocol,
                                       cboConnect,       chkReconnect,

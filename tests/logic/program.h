@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/frm_connect.h"
+#include "errorlog/error_log_file.h"
 #include "fakes/clock_and_formats.h"
 #include "fakes/components.h"
 #include "fakes/controls.h"
@@ -94,6 +95,7 @@ public:
     platform::fakes::PlainFormats formats;
 
 private:
+    trellivan::ErrorLogFile errorLog_{files, clock, formats};
     trellivan::modGlobals globals_;
     trellivan::frmConnect form_;
     std::size_t statusTaken_ = 0;

@@ -50,7 +50,7 @@ struct Index {
 /// The description of one table.
 struct TableDefinition {
     std::uint32_t page = 0;                 // where it stands; the table's pages name it as their owner
-    std::uint32_t rowCount = 0;             // as stored; 0 may mean a file that was not properly closed
+    std::uint32_t rowCount = 0;             // as stored: a hint, wrong where the file was not properly closed
     std::uint16_t variableColumnCount = 0;  // deleted columns count as well
     RowPosition usageMap;                   // which pages are the table's
     std::vector<Column> columns;

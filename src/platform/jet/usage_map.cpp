@@ -10,9 +10,17 @@ constexpr std::uint8_t kPageList = 1;
 constexpr std::size_t kInlineBitmap = 5;
 constexpr std::size_t kPageBitmap = 4;
 
+/// The map of the file's free pages: the first row of the first page after the header.
+constexpr RowPosition kFreePagesMap = PositionOf(1, 0);
+
+/// Marks of pages that the file does not have (yet).
+enum class PastTheEnd { kDamage, kPassedOver };
+
 class MarkCollector {
 public:
-    explicit MarkCollector(std::uint64_t pageCount) : pageCount_(pageCount) {}
+    MarkCollector(std::uint64_t pageCount, PastTheEnd pastTheEnd)
+        : pageCount_(pageCount), pastTheEnd_(pastTheEnd)
+    {}
 
     void Add(ByteView bitmap, std::uint64_t firstPage)
     {
@@ -27,12 +35,14 @@ public:
 private:
     void AddPage(std::uint64_t page)
     {
-        if (page >= pageCount_)
+        if (page < pageCount_)
+            pages_.push_back(static_cast<std::uint32_t>(page));
+        else if (pastTheEnd_ == PastTheEnd::kDamage)
             throw Damage("a table has a page past the end of the file");
-        pages_.push_back(static_cast<std::uint32_t>(page));
     }
 
     std::uint64_t pageCount_;
+    PastTheEnd pastTheEnd_;
     std::vector<std::uint32_t> pages_;
 };
 
@@ -48,13 +58,11 @@ void AddPageList(const PageFile& file, ByteView list, MarkCollector& marks)
     }
 }
 
-}  // namespace
-
-std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map)
+std::vector<std::uint32_t> PagesIn(const PageFile& file, RowPosition map, PastTheEnd pastTheEnd)
 {
     const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
     const ByteView bytes = page.SlotAt(map.Row()).bytes;
-    MarkCollector marks(file.PageCount());
+    MarkCollector marks(file.PageCount(), pastTheEnd);
     switch (bytes.U8(0)) {
         case kInline:
             marks.Add(bytes.From(kInlineBitmap), bytes.U32(1));
@@ -66,6 +74,18 @@ std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map)
             throw Damage("a usage map is of no known kind");
     }
     return marks.TakePages();
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map)
+{
+    return PagesIn(file, map, PastTheEnd::kDamage);
+}
+
+std::vector<std::uint32_t> FreePages(const PageFile& file)
+{
+    return PagesIn(file, kFreePagesMap, PastTheEnd::kPassedOver);
 }
 
 }  // namespace platform::jet
