@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "config/ini_value.h"
 #include "platform/clock.h"
@@ -48,8 +49,8 @@ public:
     /// The text of one key of the settings file; empty where there is none.
     [[nodiscard]] std::string ReadINIText(const std::string& section, const std::string& key);
 
-    /// Writes one key of the settings file. A write that fails is not detected.
-    void WriteINIValue(const std::string& section, const std::string& key, const std::string& value);
+    /// Writes keys of the settings file, all of them or none. A write that fails is not detected.
+    void WriteINIValues(const std::vector<platform::ProfileEntry>& entries);
 
     /// Adds one record to the error log. A record that cannot be written is lost without a trace.
     void WriteErrorLog(const std::string& number, const std::string& description,

@@ -104,9 +104,9 @@ std::string modGlobals::ReadINIText(const std::string& section, const std::strin
     return std::get<std::string>(text);
 }
 
-void modGlobals::WriteINIValue(const std::string& section, const std::string& key, const std::string& value)
+void modGlobals::WriteINIValues(const std::vector<platform::ProfileEntry>& entries)
 {
-    profile_.WritePrivateProfileStringA(section, key, value, ConfigFilePath_);
+    profile_.WritePrivateProfileStringA(entries, ConfigFilePath_);
 }
 
 }  // namespace trellivan

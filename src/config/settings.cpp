@@ -1,5 +1,6 @@
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "app/frm_connect.h"
 #include "platform/conversions.h"
@@ -87,14 +88,15 @@ void frmConnect::SaveConfigSettings()  // continue
         Record(pending, pending.Description(), "frmConnect.SaveConfigSettings");
         return;
     }
-    const auto write = [&](const char* section, const char* key, const auto& textOf) {
-        pending.Step([&] { globals_.WriteINIValue(section, key, textOf()); });
+    std::vector<platform::ProfileEntry> entries;
+    const auto add = [&](const char* section, const char* key, const auto& textOf) {
+        pending.Step([&] { entries.push_back({section, key, textOf()}); });
     };
     const auto save = [&](const char* key, const auto& control, std::string& variable) {
-        write(kConnectionSection, key, [&] { return control.Text(); });
+        add(kConnectionSection, key, [&] { return control.Text(); });
         pending.Step([&] { variable = control.Text(); });
     };
-    write(kTimerSection, "Interval", [&] { return txtTimerInterval.Text(); });
+    add(kTimerSection, "Interval", [&] { return txtTimerInterval.Text(); });
     pending.Step([&] {
         TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_), "Timer Speed");
     });
@@ -103,9 +105,10 @@ void frmConnect::SaveConfigSettings()  // continue
     save("Protocol", cboProtocol, ProtocolName);
     save("Connect", cboConnect, ConnectMode);
     const bool reconnect = pending.Test([&] { return chkReconnect.Value() == CheckBox::kTicked; });
-    write(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
+    add(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
     ReconnectOn = reconnect;
-    write(kDatabaseSection, "FilePath", [&] { return FilePath; });
+    add(kDatabaseSection, "FilePath", [&] { return FilePath; });
+    pending.Step([&] { globals_.WriteINIValues(entries); });
     pending.Step([&] { ShowStatus("  Settings saved"); });
     RecordIfPending(pending, "frmConnect.SaveConfigSettings");
 }

@@ -107,13 +107,16 @@ TYPED_TEST(FilesContract, ProfileNamesMatchInAnyLetterCase)
 {
     auto& profile = this->its.profile;
     this->its.Write(this->path, "[Other]\r\n");
-    profile.WritePrivateProfileStringA("Database File", "FilePath", "/old.mdb", this->path);
-    profile.WritePrivateProfileStringA("DATABASE FILE", "filepath", "/new.mdb", this->path);
+    profile.WritePrivateProfileStringA({{"Database File", "FilePath", "/old.mdb"}}, this->path);
+    profile.WritePrivateProfileStringA(
+        {{"DATABASE FILE", "filepath", "/new.mdb"}, {"Timer", "Interval", "1"}, {"Timer", "INTERVAL", "25"}},
+        this->path);
     const auto value = [&](const char* section, const char* key) {
         return profile.GetPrivateProfileStringA(section, key, 256, this->path);
     };
     EXPECT_EQ(value("Database File", "FilePath"), "/new.mdb");
     EXPECT_EQ(value("database file", "Filepath"), "/new.mdb");
+    EXPECT_EQ(value("timer", "interval"), "25");
     EXPECT_EQ(value("Database File", "File"), "");
     EXPECT_EQ(value("Database", "FilePath"), "");
 }
@@ -125,8 +128,8 @@ TYPED_TEST(FilesContract, AProfileValueIsCutToOneCharacterLessThanTheLength)
     std::string accented;
     for (int count = 0; count < 300; ++count)
         accented += "\xC3\xA9";
-    profile.WritePrivateProfileStringA("Section", "Plain", std::string(300, 'x'), this->path);
-    profile.WritePrivateProfileStringA("Section", "Accented", accented, this->path);
+    profile.WritePrivateProfileStringA(
+        {{"Section", "Plain", std::string(300, 'x')}, {"Section", "Accented", accented}}, this->path);
     const struct {
         std::size_t length;
         std::size_t characters;

@@ -6,6 +6,7 @@
 #include "fakes/components.h"
 #include "platform/event_gate.h"
 #include "platform/failure_numbers.h"
+#include "platform/posix/epoll_loop.h"
 #include "platform/sockets/multicast.h"
 #include "platform/sockets/winsock.h"
 #include "support/failure_of.h"
@@ -24,8 +25,9 @@ struct FakeSockets {
 struct RealSockets {
     EventGate gate;
     fakes::PlainFormats formats;
-    sockets::Winsock winsock{gate, formats};
-    sockets::Multicast multicast{gate};
+    posix::EpollLoop loop;
+    sockets::Winsock winsock{gate, loop, formats};
+    sockets::Multicast multicast{gate, loop};
 };
 
 template <class Sockets>

@@ -67,11 +67,15 @@ public:
         const auto found = values.find({section, key});
         return found == values.end() ? std::string() : FirstCharacters(found->second, length);
     }
-    void WritePrivateProfileStringA(const std::string& section, const std::string& key,
-                                    const std::string& value, const std::string& path) override
+    void WritePrivateProfileStringA(const std::vector<ProfileEntry>& entries,
+                                    const std::string& path) override
     {
-        Call("WritePrivateProfileStringA", section + " " + key + "=" + value + " " + path);
-        values[{section, key}] = value;
+        std::string written = path;
+        for (const auto& [section, key, value] : entries)
+            written += "|" + section + " " + key + "=" + value;
+        Call("WritePrivateProfileStringA", written);
+        for (const auto& [section, key, value] : entries)
+            values[{section, key}] = value;
     }
 
     std::map<NameOrder::Pair, std::string, NameOrder> values;

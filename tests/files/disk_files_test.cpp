@@ -26,7 +26,7 @@ class DiskFiles : public testing::Test {
 protected:
     void Write(const std::string& value, const std::string& path)
     {
-        profile_.WritePrivateProfileStringA("S", "key", value, path);
+        profile_.WritePrivateProfileStringA({{"S", "key", value}}, path);
     }
 
     TemporaryFolder folder_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -12,16 +13,29 @@
 namespace platform::files {
 namespace {
 
+using namespace std::string_literals;
+
 constexpr std::size_t kLimit = 255;
 
-std::string Find(std::string_view text, std::string_view key)
+std::string Find(const std::string& bytes, std::string_view section, std::string_view key,
+                 std::size_t limit = kLimit)
 {
-    return FindProfileValue(text, "TCP/IP Settings", key, kLimit);
+    return FindProfileValue(ProfileContent(bytes), section, key, limit);
 }
 
-std::string With(std::string_view text, const std::string& key, const std::string& value)
+std::string With(const std::string& bytes, const std::string& key, const std::string& value)
 {
-    return WithProfileEntry(text, {"S", key, value});
+    ProfileContent content(bytes);
+    SetProfileEntry(content, {"S", key, value});
+    return content.Bytes();
+}
+
+std::string InUtf16(const std::string& ascii, bool isBigEndian)
+{
+    std::string bytes;
+    for (const char character : ascii)
+        bytes += isBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
+    return bytes;
 }
 
 TEST(ProfileText, FindsAValueAsPeopleWriteIt)
@@ -54,15 +68,15 @@ TEST(ProfileText, FindsAValueAsPeopleWriteIt)
         {"", ""},
     };
     for (const auto& [text, value] : cases)
-        EXPECT_EQ(Find(text, "Port"), value) << text;
+        EXPECT_EQ(Find(text, "TCP/IP Settings", "Port"), value) << text;
 }
 
 TEST(ProfileText, CutsAValueAtCharactersNotBytes)
 {
     for (const std::string& stored : {std::string("\xC3\xA9\xC3\xA9\xC3\xA9"), std::string("\xE9\xE9\xE9")}) {
         const std::string text = "[S]\nk=" + stored;
-        EXPECT_EQ(FindProfileValue(text, "S", "k", 2), "\xC3\xA9\xC3\xA9");
-        EXPECT_EQ(FindProfileValue(text, "S", "k", 0), "");
+        EXPECT_EQ(Find(text, "S", "k", 2), "\xC3\xA9\xC3\xA9");
+        EXPECT_EQ(Find(text, "S", "k", 0), "");
     }
 }
 
@@ -92,10 +106,54 @@ TEST(ProfileText, ChangesNoByteButTheValue)
         {"new section behind an unended line", "[T]\na=1", "[T]\na=1\n[S]\nkey=new"},
         {"empty file", "", "[S]\r\nkey=new\r\n"},
         {"byte-order mark alone", "\xEF\xBB\xBF", "\xEF\xBB\xBF[S]\r\nkey=new\r\n"},
-        {"UTF-16 is left alone", "\xFF\xFE[", "\xFF\xFE["},
     };
     for (const auto& [name, before, after] : cases)
         EXPECT_EQ(With(before, "key", "new"), after) << name;
+}
+
+TEST(ProfileText, WritesAValueInTheEncodingOfTheFile)
+{
+    const std::string ansi = "k=caf\xE9";
+    const std::string utf8 = "k=caf\xC3\xA9";
+    const struct {
+        const char* name;
+        std::string before;
+        std::string after;
+    } cases[] = {
+        {"ASCII", "; x\n[S]\nk=old", "; x\n[S]\n" + ansi},
+        {"byte-order mark", "\xEF\xBB\xBF[S]\nk=old", "\xEF\xBB\xBF[S]\n" + utf8},
+        {"a comment in UTF-8", "; \xC3\xA9\n[S]\nk=old", "; \xC3\xA9\n[S]\n" + utf8},
+        {"the old value in UTF-8", "[S]\nk=\xC3\xA9t\xC3\xA9", "[S]\n" + utf8},
+        {"a comment in 1252", "; \xE9\n[S]\nk=old", "; \xE9\n[S]\n" + ansi},
+        {"the old value in 1252", "[S]\nk=\xE9t\xE9", "[S]\n" + ansi},
+        {"both, line by line", "; \xE9\n; \xC3\xA9\n[S]\nk=old", "; \xE9\n; \xC3\xA9\n[S]\n" + utf8},
+        {"a zero is no sign of UTF-8", std::string("; \0\n[S]\nk=old", 13),
+         std::string("; \0\n[S]\n", 8) + ansi},
+        {"a new key", "; \xC3\xA9\n[S]\n", "; \xC3\xA9\n[S]\n" + utf8 + "\n"},
+        {"a new section", "; \xC3\xA9\n", "; \xC3\xA9\n[S]\n" + utf8 + "\n"},
+    };
+    for (const auto& [name, before, after] : cases)
+        EXPECT_EQ(With(before, "k", "caf\u00E9"), after) << name;
+}
+
+TEST(ProfileText, ReadsAndWritesUtf16)
+{
+    const std::string value = "\u0416\U0001F600";
+    for (const bool isBigEndian : {false, true}) {
+        const std::string mark = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+        const std::string stored = isBigEndian ? "\x04\x16\xD8\x3D\xDE\x00"s : "\x16\x04\x3D\xD8\x00\xDE"s;
+        const std::string loneHalf = isBigEndian ? "\xDE\x00"s : "\x00\xDE"s;
+        const auto ascii = [&](const std::string& text) { return InUtf16(text, isBigEndian); };
+        const std::string top = mark + ascii("; ") + loneHalf + stored + ascii("\r\n[S]\r\n");
+        const std::string end = ascii("\r\n; end") + loneHalf + "x";
+        const std::string file = top + ascii("k=") + stored + end;
+        EXPECT_EQ(Find(file, "S", "k"), value);
+        EXPECT_EQ(Find(file, "S", "k", 1), "\u0416");
+        EXPECT_EQ(With(file, "k", "new"), top + ascii("k=new") + end);
+        EXPECT_EQ(With(top + ascii("k=old") + end, "k", value), file);
+        EXPECT_EQ(With(top + ascii("a=1") + end, "k", value), top + ascii("a=1\r\nk=") + stored + end);
+        EXPECT_EQ(With(mark, "k", "new"), mark + ascii("[S]\r\nk=new\r\n"));
+    }
 }
 
 TEST(ProfileText, WritesAValueAsOneLineOfTheCodePageThatReadsBackAlike)
@@ -128,18 +186,28 @@ std::string AwkwardText(std::mt19937& random)
 
 TEST(ProfileText, EveryValueReadsBackAsWrittenAndDisturbsNoOther)
 {
-    std::mt19937 random(20210514);
-    std::string text = "\xEF\xBB\xBF; top\n[T]\nkey=t\n\n[S]\nfirst=1\n; end";
-    for (int i = 0; i < 20000; ++i) {
-        const std::string value = AwkwardText(random);
-        const std::string other = AwkwardText(random);
-        text = With(With(text, "key", value), "other", other);
-        ASSERT_EQ(FindProfileValue(text, "S", "KEY", kLimit), value);
-        ASSERT_EQ(FindProfileValue(text, "S", "other", kLimit), other);
+    using Encoding = std::function<std::string(const std::string& ascii)>;
+    const Encoding plain = [](const std::string& ascii) { return ascii; };
+    const Encoding littleEndian = [](const std::string& ascii) { return InUtf16(ascii, false); };
+    const Encoding bigEndian = [](const std::string& ascii) { return InUtf16(ascii, true); };
+    const std::pair<std::string, Encoding> encodings[] = {
+        {"", plain}, {"\xEF\xBB\xBF", plain}, {"\xFF\xFE", littleEndian}, {"\xFE\xFF", bigEndian}};
+    for (const auto& [mark, encoded] : encodings) {
+        const std::string begin = mark + encoded("; top\n[T]\nkey=t\n\n[S]\nfirst=1\n");
+        const std::string end = encoded("\n; end");
+        std::mt19937 random(20210514);
+        std::string file = begin + end;
+        for (int i = 0; i < 5000; ++i) {
+            const std::string value = AwkwardText(random);
+            const std::string other = AwkwardText(random);
+            file = With(With(file, "key", value), "other", other);
+            ASSERT_EQ(Find(file, "S", "KEY"), value);
+            ASSERT_EQ(Find(file, "S", "other"), other);
+        }
+        EXPECT_TRUE(file.starts_with(begin + encoded("key=")));
+        EXPECT_TRUE(file.ends_with(end));
+        EXPECT_EQ(std::ranges::count(file, '\n'), 9);
     }
-    EXPECT_TRUE(text.starts_with("\xEF\xBB\xBF; top\n[T]\nkey=t\n\n[S]\nfirst=1\n"));
-    EXPECT_EQ(std::ranges::count(text, '\n'), 8);
-    EXPECT_TRUE(text.ends_with("\n; end"));
 }
 
 }  // namespace

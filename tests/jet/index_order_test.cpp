@@ -11,17 +11,26 @@
 namespace platform::jet {
 namespace {
 
-/// The last entry of a page of an index. Every entry of a node must end the page that it names; of all readers
-/// only those rely on it that look for a single row.
+int LevelOf(const PageFile& file, std::uint32_t number)
+{
+    return file.ReadPage(number).View().U8(file.FileFormat() == Format::kJet3 ? 21 : 26);
+}
+
+/// The last entry of a page of an index. Every entry of a node must end the page that it names, and that page
+/// stand one level lower; of all readers only those rely on it that look for a single row.
 std::string LastEntry(const PageFile& file, std::uint32_t number)
 {
     const Page page = file.ReadPage(number);
     const IndexPage index(page.View(), file.PageLayout());
-    const bool isNode = page.View().U8(0) == static_cast<std::uint8_t>(PageType::kIndexNode);
+    const bool isNode = page.Is(PageType::kIndexNode);
+    EXPECT_EQ(isNode, LevelOf(file, number) > 0);
     std::string entry;
     for (std::size_t i = 0; i < index.EntryCount(); ++i) {
         index.GetEntry(i, entry);
-        EXPECT_TRUE(!isNode || entry.starts_with(LastEntry(file, PageBelow(entry)).substr(0, 9))) << number;
+        if (!isNode)
+            continue;
+        EXPECT_TRUE(entry.starts_with(LastEntry(file, PageBelow(entry)).substr(0, 9))) << number;
+        EXPECT_EQ(LevelOf(file, PageBelow(entry)), LevelOf(file, number) - 1) << number;
     }
     return entry;
 }

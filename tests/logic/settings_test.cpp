@@ -76,14 +76,11 @@ TEST(Apply, ClearsThenSavesEveryEntry)
     program.cmdApply.OnClick();
     EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
     EXPECT_EQ(program.tmrSendData.interval, 25);
-    Texts writes;
-    for (const std::string& call : program.TakeCalls({"profile"}))
-        writes.push_back(call.substr(call.find(' ') + 1));
-    const std::string file = " /house/Config.ini";
-    EXPECT_EQ(writes, (Texts{"Timer Interval=40" + file, "TCP/IP Settings IpAddress=10.0.0.9" + file,
-                             "TCP/IP Settings PortNumber=x" + file, "TCP/IP Settings Protocol=UDP" + file,
-                             "TCP/IP Settings Connect=Listen" + file, "TCP/IP Settings Reconnect=YES" + file,
-                             "Database File FilePath=/data/shop.mdb" + file}));
+    EXPECT_EQ(program.TakeCalls({"profile"}),
+              Texts{"profile.WritePrivateProfileStringA /house/Config.ini|Timer Interval=40"
+                    "|TCP/IP Settings IpAddress=10.0.0.9|TCP/IP Settings PortNumber=x"
+                    "|TCP/IP Settings Protocol=UDP|TCP/IP Settings Connect=Listen"
+                    "|TCP/IP Settings Reconnect=YES|Database File FilePath=/data/shop.mdb"});
 }
 
 TEST(Apply, SavesAnIntervalThatFitsNoIntegerAndRecordsIt)

@@ -17,7 +17,7 @@ struct Item {
 };
 
 struct Level {
-    PageType type;
+    std::uint8_t number;  // 0: the leaves
     std::size_t size;
     std::function<Item(std::size_t)> item;
 };
@@ -51,11 +51,11 @@ struct Neighbours {
     std::uint32_t next;
 };
 
-Bytes BuildPage(const Layout& layout, PageType type, std::uint32_t definitionPage,
+Bytes BuildPage(const Layout& layout, std::uint8_t level, std::uint32_t definitionPage,
                 const std::vector<Bytes>& entries, Neighbours neighbours)
 {
     const std::size_t prefix = entries.size() < 2 ? 0 : CommonPrefix(entries.front(), entries.back());
-    Bytes page = NewPage(layout, type);
+    Bytes page = NewPage(layout, level == 0 ? PageType::kIndexLeaf : PageType::kIndexNode);
     std::size_t end = layout.entriesOffset;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::string_view stored = std::string_view(entries[i]).substr(i == 0 ? 0 : prefix);
@@ -67,7 +67,9 @@ Bytes BuildPage(const Layout& layout, PageType type, std::uint32_t definitionPag
     Store(page, kOwnerOffset, definitionPage);
     Store(page, layout.previousPageOffset, neighbours.previous);
     Store(page, layout.previousPageOffset + sizeof neighbours.previous, neighbours.next);
-    Store(page, layout.prefixLengthOffset, static_cast<std::uint16_t>(prefix));
+    // Entries of this index have 13 bytes at most, so that one byte of the length tells all in both formats.
+    Store(page, layout.prefixLengthOffset, static_cast<std::uint8_t>(prefix));
+    Store(page, layout.levelOffset, level);
     return page;
 }
 
@@ -81,7 +83,7 @@ std::vector<Item> WriteLevel(PageOutput& output, std::uint32_t definitionPage, c
     std::uint32_t previous = 0;
     const auto writePage = [&](std::uint32_t next) {
         output.Write(number,
-                     BuildPage(output.FileLayout(), level.type, definitionPage, entries, {previous, next}));
+                     BuildPage(output.FileLayout(), level.number, definitionPage, entries, {previous, next}));
         pages.push_back(number);
     };
     for (std::size_t i = 0; i < level.size; ++i) {
@@ -118,12 +120,10 @@ IndexPages WriteIndex(PageOutput& output, std::uint32_t definitionPage,
 {
     IndexPages index{};
     const auto leafItem = [&](std::size_t i) { return Item{entries[i], std::nullopt}; };
-    auto items =
-        WriteLevel(output, definitionPage, {PageType::kIndexLeaf, entries.size(), leafItem}, index.pages);
-    while (items.size() > 1) {
+    auto items = WriteLevel(output, definitionPage, {0, entries.size(), leafItem}, index.pages);
+    for (std::uint8_t level = 1; items.size() > 1; ++level) {
         const auto nodeItem = [&](std::size_t i) { return items[i]; };
-        items =
-            WriteLevel(output, definitionPage, {PageType::kIndexNode, items.size(), nodeItem}, index.pages);
+        items = WriteLevel(output, definitionPage, {level, items.size(), nodeItem}, index.pages);
     }
     index.root = *items.front().child;
     return index;

@@ -21,10 +21,12 @@ struct Layout {
     std::size_t longValueRow;
     std::size_t usageMapSize;
 
-    /// Index page: the place of the previous page's number (the next page's follows), of the u16 prefix
-    /// length, of the bit mask of entry ends, and of the entries themselves.
+    /// Index page: the place of the previous page's number (the next page's follows), of the prefix length
+    /// (u8 in Jet 3, u16 in Jet 4), of the u8 level (0 in leaves), of the bit mask of entry ends, and of the
+    /// entries themselves.
     std::size_t previousPageOffset;
     std::size_t prefixLengthOffset;
+    std::size_t levelOffset;
     std::size_t entryMaskOffset;
     std::size_t entriesOffset;
 
@@ -38,6 +40,7 @@ inline constexpr Layout kJet3Layout = {.format = Format::kJet3,
                                        .usageMapSize = 133,
                                        .previousPageOffset = 8,
                                        .prefixLengthOffset = 20,
+                                       .levelOffset = 21,
                                        .entryMaskOffset = 0x16,
                                        .entriesOffset = 0xF8};
 
@@ -48,6 +51,7 @@ inline constexpr Layout kJet4Layout = {.format = Format::kJet4,
                                        .usageMapSize = 69,
                                        .previousPageOffset = 12,
                                        .prefixLengthOffset = 24,
+                                       .levelOffset = 26,
                                        .entryMaskOffset = 0x1B,
                                        .entriesOffset = 0x1E0};
 

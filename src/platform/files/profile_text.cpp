@@ -12,9 +12,6 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r";
 constexpr std::string_view kCommentMarks = ";#";
 constexpr std::string_view kDefaultLineEnd = "\r\n";
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kUtf16Mark = "\xFF\xFE";
-constexpr std::string_view kUtf16BigEndianMark = "\xFE\xFF";
 
 /// A line of a text, as views into it.
 struct Line {
@@ -60,17 +57,6 @@ std::string_view Unquoted(std::string_view bytes)
     return quoted ? bytes.substr(1, bytes.size() - 2) : bytes;
 }
 
-std::string Decoded(std::string_view bytes)
-{
-    return IsUtf8(bytes) ? std::string(bytes) : FromAnsi(bytes);
-}
-
-std::string Encoded(const std::string& text)
-{
-    std::string ansi = ToAnsi(text);
-    return Decoded(ansi) == text ? ansi : text;
-}
-
 /// A value as one line of valid UTF-8.
 std::string AsOneLine(std::string_view value)
 {
@@ -91,7 +77,7 @@ std::string QuotedIfNeeded(const std::string& bytes)
 
 bool IsNamed(std::string_view bytes, std::string_view name)
 {
-    return SameName(Decoded(Trimmed(bytes)), name);
+    return SameName(ProfileContent::Decoded(Trimmed(bytes)), name);
 }
 
 std::optional<std::string_view> SectionName(const Line& line)
@@ -121,9 +107,8 @@ Place Locate(std::string_view text, std::string_view section, std::string_view k
 {
     Place place;
     bool inSection = false;
-    std::string_view rest = text.substr(text.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0);
-    while (!rest.empty()) {
-        const Line line = TakeLine(rest);
+    while (!text.empty()) {
+        const Line line = TakeLine(text);
         if (!line.lineEnd.empty() && !place.lastOfSection)
             place.lineEnd = line.lineEnd;
         if (const auto name = SectionName(line))
@@ -147,53 +132,47 @@ std::size_t OffsetIn(std::string_view text, std::string_view part)
     return static_cast<std::size_t>(part.data() - text.data());
 }
 
-void AddSection(std::string& text, const std::string& section, const std::string& line,
+void AddSection(ProfileContent& content, const std::string& section, const std::string& line,
                 const std::string& lineEnd)
 {
-    const bool lastLineEnds = text.empty() || text == kUtf8Mark || text.ends_with('\n');
+    const std::string_view text = content.Text();
+    const bool lastLineEnds = text.empty() || text.ends_with('\n');
     const std::string added = '[' + section + ']' + lineEnd + line;
-    text += lastLineEnds ? added + lineEnd : lineEnd + added;
-}
-
-void SetEntry(std::string& text, const ProfileEntry& entry)
-{
-    const Place place = Locate(text, entry.section, entry.key);
-    const std::string value = AsOneLine(entry.value);
-    const std::string bytes = QuotedIfNeeded(Encoded(value));
-    const std::string line = Encoded(entry.key) + '=' + bytes;
-    const std::string lineEnd(place.lineEnd);
-    if (place.value) {
-        if (Decoded(Unquoted(*place.value)) != value)
-            text.replace(OffsetIn(text, *place.value), place.value->size(), bytes);
-    } else if (place.lastOfSection) {
-        const std::string_view before = place.lastOfSection->content;
-        text.insert(OffsetIn(text, before) + before.size(), lineEnd + line);
-    } else {
-        AddSection(text, Encoded(entry.section), line, lineEnd);
-    }
+    content.Replace(text.size(), 0, lastLineEnds ? added + lineEnd : lineEnd + added);
 }
 
 }  // namespace
 
-std::string FindProfileValue(std::string_view text, std::string_view section, std::string_view key,
+std::string FindProfileValue(const ProfileContent& content, std::string_view section, std::string_view key,
                              std::size_t limit)
 {
-    const Place place = Locate(text, section, key);
+    const Place place = Locate(content.Text(), section, key);
     if (!place.value)
         return {};
-    const std::string value = Decoded(Unquoted(*place.value));
+    const std::string value = ProfileContent::Decoded(Unquoted(*place.value));
     std::string_view rest = value;
     for (std::size_t i = 0; i < limit && !rest.empty(); ++i)
         static_cast<void>(TakeCharacter(rest));
     return value.substr(0, value.size() - rest.size());
 }
 
-std::string WithProfileEntry(std::string_view text, const ProfileEntry& entry)
+void SetProfileEntry(ProfileContent& content, const ProfileEntry& entry)
 {
-    std::string result(text);
-    if (!text.starts_with(kUtf16Mark) && !text.starts_with(kUtf16BigEndianMark))
-        SetEntry(result, entry);
-    return result;
+    const std::string_view text = content.Text();
+    const Place place = Locate(text, entry.section, entry.key);
+    const std::string value = AsOneLine(entry.value);
+    const std::string bytes = QuotedIfNeeded(content.Encoded(value));
+    const std::string line = content.Encoded(entry.key) + '=' + bytes;
+    const std::string lineEnd(place.lineEnd);
+    if (place.value) {
+        if (ProfileContent::Decoded(Unquoted(*place.value)) != value)
+            content.Replace(OffsetIn(text, *place.value), place.value->size(), bytes);
+    } else if (place.lastOfSection) {
+        const std::string_view before = place.lastOfSection->content;
+        content.Replace(OffsetIn(text, before) + before.size(), 0, lineEnd + line);
+    } else {
+        AddSection(content, content.Encoded(entry.section), line, lineEnd);
+    }
 }
 
 }  // namespace platform::files

@@ -3,9 +3,12 @@
 #include <string>
 #include <utility>
 
+#include "platform/jet/damage_report.h"
+
 namespace platform::jet {
 namespace {
 
+constexpr std::size_t kFreeSpace = 2;
 constexpr std::uint16_t kOffsetMask = 0x1FFF;
 constexpr std::uint16_t kMovedFlag = 0x8000;
 constexpr std::uint16_t kPointerFlag = 0x4000;
@@ -73,6 +76,20 @@ Slot DataPage::SlotAt(std::size_t row) const
     return {KindOf(field), page_.View().Slice(begin, end - begin)};
 }
 
+std::size_t DataPage::FreeSpace() const
+{
+    const std::size_t listEnd = layout_.data.rowOffsets + 2 * rowCount_;
+    const std::size_t lastRow = rowCount_ == 0 ? layout_.pageSize : OffsetField(rowCount_ - 1) & kOffsetMask;
+    if (lastRow < listEnd)
+        throw Damage("the rows of a page overlap");
+    return lastRow - listEnd;
+}
+
+std::size_t DataPage::StatedFreeSpace() const
+{
+    return page_.View().U16(kFreeSpace);
+}
+
 std::uint16_t DataPage::OffsetField(std::size_t row) const
 {
     return page_.View().U16(layout_.data.rowOffsets + 2 * row);
@@ -80,10 +97,12 @@ std::uint16_t DataPage::OffsetField(std::size_t row) const
 
 StoredRow FetchRow(const PageFile& file, RowPosition position, std::uint32_t owner)
 {
-    std::optional<StoredRow> stored = RowPlacedAt(file, OwnedPage(file, position, owner), position.Row());
-    if (!stored)
-        NoRowAt(position);
-    return *std::move(stored);
+    return OnPage(position.Page(), [&] {
+        std::optional<StoredRow> stored = RowPlacedAt(file, OwnedPage(file, position, owner), position.Row());
+        if (!stored)
+            NoRowAt(position);
+        return *std::move(stored);
+    });
 }
 
 std::optional<StoredRow> RowPlacedAt(const PageFile& file, const DataPage& page, std::size_t row)

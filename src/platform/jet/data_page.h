@@ -31,6 +31,10 @@ public:
     [[nodiscard]] std::uint32_t Owner() const { return page_.Owner(); }
     [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
 
+    /// Bytes between the list of rows and the last row: counted, and as the page itself says. Throws Damage.
+    [[nodiscard]] std::size_t FreeSpace() const;
+    [[nodiscard]] std::size_t StatedFreeSpace() const;
+
     /// Throws Damage for a row that the page does not have.
     [[nodiscard]] Slot SlotAt(std::size_t row) const;
 

@@ -1,8 +1,10 @@
 #include "platform/jet/index_order.h"
 
+#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
+#include "platform/jet/damage_report.h"
 #include "platform/jet/index_page.h"
 #include "platform/jet/table_scan.h"
 
@@ -26,11 +28,15 @@ std::uint32_t FirstLeaf(const PageFile& file, std::uint32_t number)
         if (file.ReadPage(number).Is(PageType::kIndexLeaf))
             return number;
         const Page page = file.ReadPage(number, PageType::kIndexNode);
-        const IndexPage node(page.View(), file.PageLayout());
-        if (node.EntryCount() == 0)
+        number = OnPage(number, [&]() -> std::uint32_t {
+            const IndexPage node(page.View(), file.PageLayout());
+            if (node.EntryCount() == 0)
+                return 0;
+            node.GetEntry(0, entry);
+            return PageBelow(entry);
+        });
+        if (number == 0)
             return 0;
-        node.GetEntry(0, entry);
-        number = PageBelow(entry);
     }
     throw Damage("an index has no leaves");
 }
@@ -38,24 +44,23 @@ std::uint32_t FirstLeaf(const PageFile& file, std::uint32_t number)
 /// Walks the leaves from left to right: the last one may be in no node.
 class LeafWalk {
 public:
-    LeafWalk(const PageFile& file, const TableDefinition& table) : file_(file), table_(table)
+    /// An index of more entries than `mostEntries` is not of that many rows.
+    LeafWalk(const PageFile& file, const TableDefinition& table, std::size_t mostEntries)
+        : file_(file), table_(table), mostEntries_(mostEntries)
     {
-        positions_.reserve(ExpectedRows(file, table));
+        positions_.reserve(mostEntries);
     }
 
-    /// False where the entries are out of order or more than the rows.
+    /// False where the entries are out of order or too many.
     bool Walk(std::uint32_t leaf)
     {
         while (leaf != 0) {
             if (!visited_.insert(leaf).second)
                 throw Damage("the pages of an index go in a circle");
-            const Page page = file_.ReadPage(leaf, PageType::kIndexLeaf);
-            if (page.Owner() != table_.page)
-                throw Damage("an index has a page of another table");
-            const IndexPage entries(page.View(), file_.PageLayout());
-            if (!AddEntries(entries))
+            const std::optional<std::uint32_t> next = OnPage(leaf, [&] { return AddLeaf(leaf); });
+            if (!next)
                 return false;
-            leaf = entries.NextPage();
+            leaf = *next;
         }
         return true;
     }
@@ -63,11 +68,21 @@ public:
     [[nodiscard]] std::vector<RowPosition> TakePositions() { return std::move(positions_); }
 
 private:
+    /// The leaf to the right; nothing where entries are out of order or too many.
+    std::optional<std::uint32_t> AddLeaf(std::uint32_t leaf)
+    {
+        const Page page = file_.ReadPage(leaf, PageType::kIndexLeaf);
+        if (page.Owner() != table_.page)
+            throw Damage("an index has a page of another table");
+        const IndexPage entries(page.View(), file_.PageLayout());
+        return AddEntries(entries) ? std::optional(entries.NextPage()) : std::nullopt;
+    }
+
     bool AddEntries(const IndexPage& page)
     {
         for (std::size_t i = 0; i < page.EntryCount(); ++i) {
             page.GetEntry(i, entry_);
-            if (entry_ <= previous_ || positions_.size() == table_.rowCount)
+            if (entry_ <= previous_ || positions_.size() == mostEntries_)
                 return false;
             positions_.push_back(PositionIn(entry_));
             std::swap(entry_, previous_);
@@ -77,6 +92,7 @@ private:
 
     const PageFile& file_;
     const TableDefinition& table_;
+    std::size_t mostEntries_;
     std::vector<RowPosition> positions_;
     std::unordered_set<std::uint32_t> visited_;
     std::string entry_;
@@ -94,6 +110,31 @@ bool AllDifferent(const std::vector<RowPosition>& positions, std::uint64_t pageC
     return true;
 }
 
+/// The positions in an index that has as many entries as there are rows; nothing for any other.
+std::optional<std::vector<RowPosition>> PositionsIn(const PageFile& file, const TableDefinition& table,
+                                                    const Index& index, std::size_t rows)
+{
+    LeafWalk walk(file, table, rows);
+    if (!walk.Walk(FirstLeaf(file, index.rootPage)))
+        return std::nullopt;
+    std::vector<RowPosition> positions = walk.TakePositions();
+    return positions.size() == rows ? std::optional(std::move(positions)) : std::nullopt;
+}
+
+/// `rows` are the positions of all rows in the order of storage.
+bool HasExactly(const PageFile& file, const TableDefinition& table, const Index& index,
+                const std::vector<RowPosition>& rows)
+{
+    try {
+        auto positions = PositionsIn(file, table, index, rows.size());
+        if (positions)
+            std::ranges::sort(*positions);
+        return positions == rows;
+    } catch (const Damage&) {
+        return false;
+    }
+}
+
 }  // namespace
 
 std::optional<std::vector<RowPosition>> PositionsByIndex(const PageFile& file, const TableDefinition& table,
@@ -103,14 +144,25 @@ std::optional<std::vector<RowPosition>> PositionsByIndex(const PageFile& file, c
         // A stored count of 0 rows may be wrong, so an index cannot be checked against it.
         if (!Serves(index, column) || table.rowCount == 0)
             continue;
-        LeafWalk walk(file, table);
-        if (!walk.Walk(FirstLeaf(file, index.rootPage)))
-            continue;
-        std::vector<RowPosition> positions = walk.TakePositions();
-        if (positions.size() == table.rowCount && AllDifferent(positions, file.PageCount()))
+        auto positions = PositionsIn(file, table, index, ExpectedRows(file, table));
+        if (positions && AllDifferent(*positions, file.PageCount()))
             return positions;
     }
     return std::nullopt;
+}
+
+IndexVerdict WhatIndexesSay(const PageFile& file, const TableDefinition& table, std::vector<RowPosition> rows)
+{
+    IndexVerdict verdict = IndexVerdict::kNone;
+    std::ranges::sort(rows);
+    for (const Index& index : table.indexes) {
+        if (index.leavesOutNulls)
+            continue;
+        if (HasExactly(file, table, index, rows))
+            return IndexVerdict::kTheseRows;
+        verdict = IndexVerdict::kOtherRows;
+    }
+    return verdict;
 }
 
 }  // namespace platform::jet

@@ -16,4 +16,15 @@ namespace platform::jet {
                                                                        const TableDefinition& table,
                                                                        const Column& column);
 
+/// What the indexes of a table tell of its rows. One that leaves out nulls tells nothing.
+enum class IndexVerdict {
+    kNone,       // there is no index to ask
+    kTheseRows,  // one has an entry for each of these rows and no other
+    kOtherRows
+};
+
+/// Asks the indexes of a table whether these are the positions of all its rows, in any order.
+[[nodiscard]] IndexVerdict WhatIndexesSay(const PageFile& file, const TableDefinition& table,
+                                          std::vector<RowPosition> rows);
+
 }  // namespace platform::jet

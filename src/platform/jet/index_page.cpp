@@ -30,6 +30,12 @@ std::vector<std::size_t> EntryEnds(ByteView mask, std::size_t areaSize)
     return ends;
 }
 
+/// In Jet 3 the byte behind it is the page's level, which is no part of it.
+std::size_t PrefixLength(ByteView page, const Layout::IndexPage& place)
+{
+    return place.prefixLengthSize == 1 ? page.U8(place.prefixLength) : page.U16(place.prefixLength);
+}
+
 }  // namespace
 
 IndexPage::IndexPage(ByteView page, const Layout& layout)
@@ -41,7 +47,7 @@ IndexPage::IndexPage(ByteView page, const Layout& layout)
           entries_.Size()))
 {
     if (!ends_.empty())
-        shared_ = entries_.Slice(0, ends_.front()).Slice(0, page.U16(layout.indexPage.prefixLength));
+        shared_ = entries_.Slice(0, ends_.front()).Slice(0, PrefixLength(page, layout.indexPage));
 }
 
 void IndexPage::GetEntry(std::size_t number, std::string& entry) const

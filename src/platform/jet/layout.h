@@ -58,6 +58,7 @@ struct Layout {
     struct IndexPage {
         std::size_t next;
         std::size_t prefixLength;
+        std::size_t prefixLengthSize;
         std::size_t entryMask;
         std::size_t entries;
     } indexPage;
@@ -82,7 +83,7 @@ inline constexpr Layout kJet3Layout{
                .fixedOffset = 14,
                .length = 16},
     .indexRecord = {.size = 39, .columns = 0, .rootPage = 34, .flags = 38},
-    .indexPage = {.next = 12, .prefixLength = 20, .entryMask = 0x16, .entries = 0xF8},
+    .indexPage = {.next = 12, .prefixLength = 20, .prefixLengthSize = 1, .entryMask = 0x16, .entries = 0xF8},
 };
 
 inline constexpr Layout kJet4Layout{
@@ -104,7 +105,7 @@ inline constexpr Layout kJet4Layout{
                .fixedOffset = 21,
                .length = 23},
     .indexRecord = {.size = 52, .columns = 4, .rootPage = 38, .flags = 46},
-    .indexPage = {.next = 16, .prefixLength = 24, .entryMask = 0x1B, .entries = 0x1E0},
+    .indexPage = {.next = 16, .prefixLength = 24, .prefixLengthSize = 2, .entryMask = 0x1B, .entries = 0x1E0},
 };
 
 [[nodiscard]] constexpr const Layout& LayoutOf(Format format)

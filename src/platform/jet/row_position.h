@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 namespace platform::jet {
@@ -11,8 +12,7 @@ struct RowPosition {
 
     [[nodiscard]] constexpr std::uint32_t Page() const { return packed >> 8; }
     [[nodiscard]] constexpr std::uint8_t Row() const { return static_cast<std::uint8_t>(packed); }
-    constexpr bool operator==(const RowPosition&) const = default;
-    constexpr bool operator<(RowPosition other) const { return packed < other.packed; }
+    constexpr auto operator<=>(const RowPosition&) const = default;
 };
 
 inline constexpr std::uint32_t kMostRowsOnPage = 256;

@@ -49,15 +49,16 @@ struct Index {
 
 /// The description of one table.
 struct TableDefinition {
+    std::string name;                       // as asked for, in descriptions of damage
     std::uint32_t page = 0;                 // where it stands; the table's pages name it as their owner
-    std::uint32_t rowCount = 0;             // as stored; 0 may mean a file that was not properly closed
+    std::uint32_t rowCount = 0;             // as stored: a hint, wrong where the file was not properly closed
     std::uint16_t variableColumnCount = 0;  // deleted columns count as well
     RowPosition usageMap;                   // which pages are the table's
     std::vector<Column> columns;
     std::vector<Index> indexes;
 
-    /// The column of a name, without regard to case; null where there is none.
-    [[nodiscard]] const Column* Find(const std::string& name) const;
+    /// The column of this name, without regard to case; null where there is none.
+    [[nodiscard]] const Column* Find(const std::string& columnName) const;
 };
 
 /// Reads the definition that begins on a page and may go on over several. Throws Damage.

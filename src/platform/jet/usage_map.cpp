@@ -1,5 +1,6 @@
 #include "platform/jet/usage_map.h"
 
+#include "platform/jet/damage_report.h"
 #include "platform/jet/data_page.h"
 
 namespace platform::jet {
@@ -10,9 +11,17 @@ constexpr std::uint8_t kPageList = 1;
 constexpr std::size_t kInlineBitmap = 5;
 constexpr std::size_t kPageBitmap = 4;
 
+/// The map of the file's free pages: the first row of the first page after the header.
+constexpr RowPosition kFreePagesMap = PositionOf(1, 0);
+
+/// Marks of pages that the file does not have (yet).
+enum class PastTheEnd { kDamage, kPassedOver };
+
 class MarkCollector {
 public:
-    explicit MarkCollector(std::uint64_t pageCount) : pageCount_(pageCount) {}
+    MarkCollector(std::uint64_t pageCount, PastTheEnd pastTheEnd)
+        : pageCount_(pageCount), pastTheEnd_(pastTheEnd)
+    {}
 
     void Add(ByteView bitmap, std::uint64_t firstPage)
     {
@@ -27,12 +36,14 @@ public:
 private:
     void AddPage(std::uint64_t page)
     {
-        if (page >= pageCount_)
+        if (page < pageCount_)
+            pages_.push_back(static_cast<std::uint32_t>(page));
+        else if (pastTheEnd_ == PastTheEnd::kDamage)
             throw Damage("a table has a page past the end of the file");
-        pages_.push_back(static_cast<std::uint32_t>(page));
     }
 
     std::uint64_t pageCount_;
+    PastTheEnd pastTheEnd_;
     std::vector<std::uint32_t> pages_;
 };
 
@@ -48,24 +59,38 @@ void AddPageList(const PageFile& file, ByteView list, MarkCollector& marks)
     }
 }
 
+void AddMap(const PageFile& file, ByteView bytes, MarkCollector& marks)
+{
+    switch (bytes.U8(0)) {
+        case kInline:
+            return marks.Add(bytes.From(kInlineBitmap), bytes.U32(1));
+        case kPageList:
+            return AddPageList(file, bytes.From(1), marks);
+        default:
+            throw Damage("a usage map is of no known kind");
+    }
+}
+
+std::vector<std::uint32_t> PagesIn(const PageFile& file, RowPosition map, PastTheEnd pastTheEnd)
+{
+    MarkCollector marks(file.PageCount(), pastTheEnd);
+    OnPage(map.Page(), [&] {
+        const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
+        AddMap(file, page.SlotAt(map.Row()).bytes, marks);
+    });
+    return marks.TakePages();
+}
+
 }  // namespace
 
 std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map)
 {
-    const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
-    const ByteView bytes = page.SlotAt(map.Row()).bytes;
-    MarkCollector marks(file.PageCount());
-    switch (bytes.U8(0)) {
-        case kInline:
-            marks.Add(bytes.From(kInlineBitmap), bytes.U32(1));
-            break;
-        case kPageList:
-            AddPageList(file, bytes.From(1), marks);
-            break;
-        default:
-            throw Damage("a usage map is of no known kind");
-    }
-    return marks.TakePages();
+    return PagesIn(file, map, PastTheEnd::kDamage);
+}
+
+std::vector<std::uint32_t> FreePages(const PageFile& file)
+{
+    return PagesIn(file, kFreePagesMap, PastTheEnd::kPassedOver);
 }
 
 }  // namespace platform::jet

@@ -12,4 +12,8 @@ namespace platform::jet {
 /// or a list of pages that hold a bitmap each. Throws Damage, also for a page that the file does not have.
 [[nodiscard]] std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map);
 
+/// The pages that belong to no table any more, in ascending order; what stands on them is of earlier. Throws
+/// Damage.
+[[nodiscard]] std::vector<std::uint32_t> FreePages(const PageFile& file);
+
 }  // namespace platform::jet
