@@ -3,6 +3,7 @@
 #include <exception>
 #include <filesystem>
 
+#include "platform/posix/system_calls.h"
 #include "window/trellivan.h"
 
 namespace {
@@ -17,6 +18,7 @@ std::string ExecutableDirectory()
 
 int main(int argumentCount, char** arguments)
 {
+    platform::IgnoreFatalWriteSignals();
     const QApplication application(argumentCount, arguments);
     try {
         Trellivan trellivan(ExecutableDirectory(), QLocale::system());

@@ -31,7 +31,7 @@ protected:
 
     TemporaryFolder folder_;
     const std::string log_ = folder_.Path("Error.log");
-    platform::files::DiskFileSystem files_;
+    platform::files::DiskFileSystem files_{60s};
     platform::fakes::PlainFormats formats_;
 };
 

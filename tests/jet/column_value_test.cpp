@@ -50,7 +50,7 @@ public:
     [[nodiscard]] std::string Key() const
     {
         if (!IsOrderedByNumber(column_.type))
-            return ByteSortKey(file_, row_, column_).value_or("null");
+            return ByteSortKey(file_, row_, column_);
         std::string key;
         for (int shift = 56; shift >= 0; shift -= 8)
             key.push_back(static_cast<char>(NumberSortKey(row_, column_).value_or(0) >> shift));

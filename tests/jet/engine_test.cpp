@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "jet/memory_source.h"
+#include "make_database/bytes.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/database_file.h"
@@ -113,6 +114,16 @@ TEST_F(EngineTest, ReadsOnWhenTheFileIsRemovedOrReplaced)
     EXPECT_TRUE(Open(path)->AtEOF()) << "a fresh set shows the new file";
 }
 
+TEST_F(EngineTest, ShowsInAFreshSetWhatOthersWroteIntoTheFile)
+{
+    const std::string path = Write("shop.mdb", DatabaseBytes(Receipts(50)));
+    Engine engine;
+    const auto database = engine.OpenDatabase(path, "");
+    EXPECT_EQ(database->OpenRecordset(kQuery)->RecordCount(), 50);
+    Write("shop.mdb", DatabaseBytes(Receipts(70)));
+    EXPECT_EQ(database->OpenRecordset(kQuery)->RecordCount(), 70);
+}
+
 TEST_F(EngineTest, ReportsAFileThatIsCutOrOverwrittenWhileOpen)
 {
     for (const std::size_t sizeLeft : {20'000U, 0U, 2'000'000U}) {
@@ -165,6 +176,48 @@ TEST(Database, NamesWhatAQueryLooksForInVain)
     EXPECT_EQ(run("SELECT * FROM tranz ORDER BY ref"), failure::kTableNotFound);
     EXPECT_EQ(run("SELECT * FROM trans ORDER BY reff"), failure::kNoSuchQueryColumn);
     EXPECT_EQ(run("SELECT * FROM TRANS ORDER BY Ref"), 0);
+}
+
+/// The description of the failure that opening the database or reading its first receipt ends in.
+std::string DamageIn(const std::string& bytes)
+{
+    const Failure failure = ThrownBy([&] { return OpenInMemory(bytes)->Field("rawtransaction"); });
+    EXPECT_EQ(failure.Number(), failure::kDatabaseDamaged);
+    return failure.Description();
+}
+
+TEST(Database, NamesTheTableAndThePageOfDamage)
+{
+    constexpr std::size_t kPageSize = kJet4Layout.pageSize;
+    constexpr std::size_t kTrans = 3 * kPageSize;
+    constexpr std::size_t kUsageMaps = 4 * kPageSize;
+    constexpr std::size_t kRows = 5 * kPageSize;
+    constexpr std::uint32_t kNowhere = 0xFFFFFF01;
+    const std::string indexed = DatabaseBytes(Receipts(1));
+    const std::string unindexed = DatabaseBytes(Receipts(1), {.password = "", .index = false});
+    const std::size_t leaf = indexed.find("\4\1"s) / kPageSize;
+    const struct {
+        const std::string& sound;
+        std::size_t place;
+        std::uint32_t number;
+        std::string description;
+    } cases[] = {
+        {unindexed, 2 * kPageSize + kJet4Layout.definition.columnCount, 0x7FFF,
+         "table MSysObjects, page 2: "},
+        {unindexed, kTrans + kJet4Layout.definition.columnCount, 0x7FFF, "table trans, page 3: "},
+        {unindexed, kTrans + kJet4Layout.definition.usageMap, kNowhere, "table trans, page 16777215: "},
+        {unindexed, kUsageMaps + kJet4Layout.data.rowOffsets, 0x0FFF0FFE, "table trans, page 4: "},
+        {unindexed, kRows + kPageSize - 4, 0xFFFFFFFF, "table trans, page 5: "},
+        {indexed, kRows + kPageSize - 4, 0xFFFFFFFF, "table trans, page 5: "},
+        {indexed, leaf * kPageSize + kJet4Layout.indexPage.prefixLength, 0xFFFF,
+         "table trans, page " + std::to_string(leaf) + ": "},
+    };
+    for (const auto& c : cases) {
+        std::string bytes = c.sound;
+        tools::Store(bytes, c.place, c.number);
+        EXPECT_NE(DamageIn(bytes).find("The database memory is damaged: " + c.description), std::string::npos)
+            << DamageIn(bytes);
+    }
 }
 
 TEST(Rc4, GivesThePublishedStream)
@@ -282,6 +335,32 @@ TEST_P(FormatTest, SortsWithoutAnIndexNullsFirstAndEqualKeysAsStored)
     for (; !records->AtEOF(); records->MoveNext())
         order += std::get<std::string>(records->Field("rawtransaction"));
     EXPECT_EQ(order, "abcdefgh");
+}
+
+TEST_P(FormatTest, SortsByMemosAndReadsTheirBeginningsAlone)
+{
+    constexpr std::size_t kCharactersThatCount = 255;
+    constexpr std::int32_t kMemos = 30;
+    constexpr std::size_t kLength = 100'000;
+    std::vector<Receipt> receipts;
+    for (std::int32_t ref = 0; ref < kMemos; ++ref) {
+        // 0 to 9 differ behind what counts, 10 to 19 in the last that does, 20 to 29 at once.
+        std::string memo(kLength, 'm');
+        const std::size_t place = ref < 10 ? kCharactersThatCount : ref < 20 ? kCharactersThatCount - 1 : 0;
+        memo[place] = static_cast<char>('z' - ref % 10);
+        receipts.push_back({ref, memo, {}, {}});
+    }
+    const std::string bytes = DatabaseBytes(receipts, options_);
+    const auto records =
+        OpenDatabaseFile(std::make_unique<MemorySource>(bytes, bytes.size() / kJet3Layout.pageSize / 4),
+                         "memory", "")
+            ->OpenRecordset("SELECT * FROM trans ORDER BY rawtransaction");
+    std::string order;
+    for (; !records->AtEOF(); records->MoveNext())
+        order += std::to_string(std::get<std::int32_t>(records->Field("ref"))) + " ";
+    EXPECT_EQ(order,
+              "0 1 2 3 4 5 6 7 8 9 "
+              "19 18 17 16 15 14 13 12 11 10 29 28 27 26 25 24 23 22 21 20 ");
 }
 
 }  // namespace

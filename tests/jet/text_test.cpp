@@ -45,28 +45,69 @@ TEST(Text, IsDecodedAsItsFormatStoresIt)
     EXPECT_THROW((void)DecodeText(ViewOf("\xFF\xFE"s + "a\0\xAC"s), Format::kJet4), Damage);
 }
 
+TEST(Text, IsDecodedUpToALimit)
+{
+    const std::string wide = "1\0\xAC\x20\x3D\xD8\x01\xDE\0"s + "2\xFC";  // behind the mark of compression
+    const struct {
+        const char* name;
+        Format format;
+        std::string bytes;
+        std::size_t characters;
+        std::string text;
+    } cases[] = {
+        {"code page", Format::kJet3, "ab\x80z", 3, "ab€"},
+        {"UTF-16", Format::kJet4, "a\0\xAC\x20z\0"s, 2, "a€"},
+        {"half a unit", Format::kJet4, "a\0\xAC"s, 255, "a"},
+        {"compressed", Format::kJet4, "\xFF\xFE"s + "abcd", 3, "abc"},
+        {"compressed, up to a wide one", Format::kJet4, "\xFF\xFE"s + wide, 2, "1€"},
+        {"compressed, to the end", Format::kJet4, "\xFF\xFE"s + wide, 255, "1€😁2ü"},
+        {"compressed, half a wide one", Format::kJet4, "\xFF\xFE"s + "1\0\xAC", 255, "1"},
+        {"nothing but switches", Format::kJet4, "\xFF\xFE"s + std::string(1'000, '\0'), 255, ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(DecodeTextBeginning(ViewOf(c.bytes), c.format, c.characters), c.text) << c.name;
+}
+
+/// Texts in the order of one of the formats.
+void ExpectAscending(const std::vector<std::string>& texts, Format format)
+{
+    for (std::size_t i = 1; i < texts.size(); ++i)
+        EXPECT_LT(TextSortKey(texts[i - 1], format), TextSortKey(texts[i], format))
+            << texts[i - 1] << " before " << texts[i];
+}
+
 TEST(TextSortKey, OrdersTextsAsPeopleDo)
 {
     const std::vector<std::string> ascending = {
         "",     "-",     " ", "!",   "_x", "~",        "+",   "<",  "€", "02", "1",    "10",
         "9",    "a",     "ä", "a b", "aa", "ab",       "a-b", "ae", "B", "ba", "Coop", "co-op",
         "côop", "COOP2", "o", "œ",   "op", "Strasse2", "z",   "Ž",  "α", "Ж",  "漢"};
-    for (std::size_t i = 1; i < ascending.size(); ++i)
-        EXPECT_LT(TextSortKey(ascending[i - 1]), TextSortKey(ascending[i]))
-            << ascending[i - 1] << " before " << ascending[i];
+    ExpectAscending(ascending, Format::kJet4);
+}
+
+TEST(TextSortKey, WeighsHyphensAndApostrophesInJet3Alone)
+{
+    ExpectAscending({"a b", "a-b", "a/b", "aa", "B's Beverages", "Berglunds", "co-op", "coop"},
+                    Format::kJet3);
+    ExpectAscending({"a b", "a/b", "aa", "a-b", "Berglunds", "B's Beverages", "coop", "co-op"},
+                    Format::kJet4);
+}
+
+TEST(TextSortKey, CountsBlanksAtTheEndAndNoControlCharacters)
+{
+    for (const Format format : {Format::kJet3, Format::kJet4}) {
+        ExpectAscending({"a", "a ", "a  ", "a b", "aa"}, format);
+        for (const char* same : {"a\tb", "ab\r\n", "\nab"})
+            EXPECT_EQ(TextSortKey(same, format), TextSortKey("ab", format)) << same;
+    }
 }
 
 TEST(TextSortKey, TakesCaseAndSpellingsOfOneLetterForEqual)
 {
-    for (const auto& [one, other] : std::vector<std::pair<std::string, std::string>>{{"a", "A"},
-                                                                                     {"é", "É"},
-                                                                                     {"ß", "ss"},
-                                                                                     {"Æ", "ae"},
-                                                                                     {"Ω", "ω"},
-                                                                                     {"я", "Я"},
-                                                                                     {"Ё", "ё"},
-                                                                                     {"a\tb", "ab"}})
-        EXPECT_EQ(TextSortKey(one), TextSortKey(other)) << one << " and " << other;
+    for (const auto& [one, other] : std::vector<std::pair<std::string, std::string>>{
+             {"a", "A"}, {"é", "É"}, {"ß", "ss"}, {"Æ", "ae"}, {"Ω", "ω"}, {"я", "Я"}, {"Ё", "ё"}})
+        EXPECT_EQ(TextSortKey(one, Format::kJet4), TextSortKey(other, Format::kJet4))
+            << one << " and " << other;
 }
 
 }  // namespace

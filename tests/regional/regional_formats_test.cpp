@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
 #include <vector>
 
 #include "platform/ansi_code_page.h"
+#include "platform/regional/qt_values.h"
 
 namespace platform::regional {
 namespace {
@@ -19,6 +21,14 @@ DateTime Moment(int years, unsigned months, unsigned dayOfMonth, milliseconds ti
 
 constexpr milliseconds kAfternoon = 15h + 7min + 9s;
 
+QList<QLocale> AllLocales()
+{
+    const QList<QLocale> locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+    EXPECT_GT(locales.size(), 300);
+    return locales;
+}
+
 TEST(RegionalFormats, AreThoseOfTheLocaleWithItsFlawsRepaired)
 {
     struct Case {
@@ -28,13 +38,15 @@ TEST(RegionalFormats, AreThoseOfTheLocaleWithItsFlawsRepaired)
         const char* decimalSign;
     };
     const Case cases[] = {
-        {"C", "15:07:09", "2021-05-14", "."},     {"en_US", "3:07:09 PM", "5/14/2021", "."},
-        {"en_GB", "15:07:09", "14/05/2021", "."}, {"de_DE", "15:07:09", "14.05.2021", ","},
-        {"fr_FR", "15:07:09", "14/05/2021", ","}, {"fr_CA", "15 h 07 min 09 s", "2021-05-14", ","},
-        {"fi_FI", "15.07.09", "14.5.2021", ","},  {"hu_HU", "15:07:09", "2021.05.14.", ","},
-        {"sv_SE", "15:07:09", "2021-05-14", ","}, {"ja_JP", "15:07:09", "2021/05/14", "."},
-        {"ko_KR", "15:07:09", "2021.5.14.", "."}, {"bg_BG", "15:07:09", "2021-05-14", ","},
-        {"ar_EG", "15:07:09", "2021-05-14", "."}, {"fa_IR", "15:07:09", "2021-05-14", "."},
+        {"C", "15:07:09", "2021-05-14", "."},      {"en_US", "3:07:09 PM", "5/14/2021", "."},
+        {"en_GB", "15:07:09", "14/05/2021", "."},  {"de_DE", "15:07:09", "14.05.2021", ","},
+        {"fr_FR", "15:07:09", "14/05/2021", ","},  {"fr_CA", "15 h 07 min 09 s", "2021-05-14", ","},
+        {"fi_FI", "15.07.09", "14.5.2021", ","},   {"hu_HU", "15:07:09", "2021.05.14.", ","},
+        {"sv_SE", "15:07:09", "2021-05-14", ","},  {"ja_JP", "15:07:09", "2021/05/14", "."},
+        {"ko_KR", "15:07:09", "2021.5.14.", "."},  {"bg_BG", "15:07:09", "2021-05-14", ","},
+        {"ar_EG", "15:07:09", "2021-05-14", "."},  {"fa_IR", "15:07:09", "2021-05-14", "."},
+        {"zh_TW", "15:07:09", "2021/5/14", "."},   {"es_CO", "3:07:09 p.\u00A0m.", "14/05/2021", ","},
+        {"en_AU", "3:07:09 pm", "14/5/2021", "."}, {"pt_MO", "3:07:09 da tarde", "14/05/2021", ","},
     };
     const DateTime moment = Moment(2021, 5, 14, kAfternoon + 999ms);
     for (const Case& each : cases) {
@@ -52,10 +64,7 @@ TEST(RegionalFormats, WriteWhatReadsBackInEveryLocale)
                                      Moment(9999, 12, 31, kAfternoon)};
     for (int day = 0; day < 1500; day += 17)
         moments.push_back(Moment(1999, 12, 30) + days(day) + kTimes[moments.size() % std::size(kTimes)]);
-    const auto locales =
-        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
-    ASSERT_GT(locales.size(), 300);
-    for (const QLocale& locale : locales) {
+    for (const QLocale& locale : AllLocales()) {
         const RegionalFormats formats(locale);
         const std::string name = locale.name().toStdString();
         for (const DateTime& moment : moments) {
@@ -72,6 +81,33 @@ TEST(RegionalFormats, WriteWhatReadsBackInEveryLocale)
     }
 }
 
+/// Where the half day stands beside the time, read by nothing of Qt.
+TEST(RegionalFormats, WriteTheHourAndItsHalfDayAndNothingElseInEveryLocale)
+{
+    const QRegularExpression time("^(\\D*)(\\d{1,2})(\\D+)(\\d\\d?)(\\D+)(\\d\\d)(\\D*)$");
+    const QRegularExpression quoted("'([^']*)'");
+    for (const QLocale& locale : AllLocales()) {
+        const RegionalFormats formats(locale);
+        for (int hour = 0; hour < 24; ++hour) {
+            const QString text = ToQt(formats.LongTime(Moment(2021, 5, 14, hours(hour) + 7min + 9s)));
+            const QString name = locale.name() + ": " + text;
+            const auto parts = time.match(text);
+            ASSERT_TRUE(parts.hasMatch()) << name.toStdString();
+            const QString halfDay = hour < 12 ? locale.amText() : locale.pmText();
+            const bool inHalfDays = parts.captured(7) == " " + halfDay || parts.captured(1) == halfDay + " ";
+            const int shown = inHalfDays ? (hour + 11) % 12 + 1 : hour;
+            EXPECT_EQ(parts.captured(2).toInt(), shown) << name.toStdString();
+            EXPECT_EQ(parts.captured(4).toInt(), 7) << name.toStdString();
+            EXPECT_EQ(parts.captured(6), "09") << name.toStdString();
+            QString own = halfDay;
+            for (const auto& word : quoted.globalMatch(locale.timeFormat()))
+                own += word.captured(1);
+            for (const QChar character : text)
+                EXPECT_TRUE(!character.isLetter() || own.contains(character)) << name.toStdString();
+        }
+    }
+}
+
 TEST(RegionalFormats, ReadDatesAndTimes)
 {
     struct Case {
@@ -83,6 +119,8 @@ TEST(RegionalFormats, ReadDatesAndTimes)
          {Case{"en_US", "5/4/2021", Moment(2021, 5, 4)}, Case{"en_GB", "5/4/2021", Moment(2021, 4, 5)},
           Case{"de_DE", " 4.5.2021 15:07:09 ", Moment(2021, 5, 4, kAfternoon)},
           Case{"de_DE", "2021-05-04 3:07:09 pm", Moment(2021, 5, 4, kAfternoon)},
+          Case{"bg_BG", "06.05.2021", Moment(2021, 5, 6)}, Case{"ar_EG", "6/5/2021", Moment(2021, 5, 6)},
+          Case{"es_CO", "6/5/2021 3:07:09 p.\u00A0m.", Moment(2021, 5, 6, kAfternoon)},
           Case{"C", "15:07", Moment(1899, 12, 30, 15h + 7min)}})
         EXPECT_EQ(RegionalFormats{QLocale(c.locale)}.DateOrTime(c.text), c.moment) << c.locale << c.text;
     const RegionalFormats formats{QLocale("en_US")};
@@ -101,12 +139,23 @@ TEST(RegionalFormats, ReadNumbers)
     for (const Case& c :
          {Case{"en_US", "1,500", 1500}, Case{"en_US", " 2 ", 2}, Case{"en_US", "2.5", 2.5},
           Case{"de_DE", "2,5", 2.5}, Case{"de_DE", "1.500", 1500}, Case{"fr_FR", "1 500,5", 1500.5},
-          Case{"ar_EG", "2.5", 2.5}, Case{"ar_EG", "\u0662\u0665", 25}})
+          Case{"ar_EG", "2.5", 2.5}, Case{"ar_EG", "\u0662\u0665", 25}, Case{"es_ES", "-1.500,25", -1500.25},
+          Case{"es_ES", "1.500.000", 1.5e6}, Case{"pl_PL", " 1 500 ", 1500}, Case{"ee_GH", "12,500", 12500}})
         EXPECT_EQ(RegionalFormats{QLocale(c.locale)}.Number(c.text), c.number) << c.locale << c.text;
     const RegionalFormats formats{QLocale("en_US")};
     for (const char* text : {"1,50,0", "0x10", "inf", "-infinity", "nan", "1e999", "", " ", "12a"})
         EXPECT_EQ(formats.Number(text), std::nullopt) << text;
-    EXPECT_EQ(RegionalFormats{QLocale("de_DE")}.Number("2.5"), std::nullopt);
+    for (const char* text : {"2.5", "1.50", "1.5000", "1.500.00", "1,500.000", ".500", "1..500", "1 500"})
+        for (const char* locale : {"de_DE", "es_ES"})
+            EXPECT_EQ(RegionalFormats{QLocale(locale)}.Number(text), std::nullopt) << locale << text;
+    for (const QLocale& locale : AllLocales()) {
+        const RegionalFormats ofLocale(locale);
+        for (const char* grouped : {"1,500", "12,500"}) {
+            const QString text = QString(grouped).replace(',', locale.groupSeparator());
+            EXPECT_EQ(ofLocale.Number(FromQt(text)), QString(grouped).remove(',').toInt())
+                << FromQt(locale.name() + " " + text);
+        }
+    }
 }
 
 }  // namespace

@@ -4,17 +4,17 @@
 #include <string>
 
 #include "check_feed/feed_check.h"
+#include "command_line/command.h"
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 
 namespace {
 
-constexpr const char* kUsage =
-    "Usage: check_feed TRANSACTIONS.csv RECEIVED\n"
+constexpr const char* kDescription =
+    "Tells how much of a feed a receiver saved, whole and in order.\n"
     "\n"
-    "Compares the bytes that a receiver saved with the feed of the database that make_database makes from "
-    "the same CSV.\n"
-    "Prints how many records came, whole and in order. Exit code 0 when all came and nothing else.\n";
+    "The feed is that of the database that make_database makes from the same CSV. "
+    "The exit status is 0 when all of it was received and nothing else.";
 
 std::ifstream Open(const std::string& path)
 {
@@ -30,25 +30,26 @@ std::string ContentOf(const std::string& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+int Check(const std::string& transactions, const std::string& receivedFile)
+{
+    std::ifstream csv = Open(transactions);
+    const auto feed = tools::FeedOf(csv);
+    const std::string received = ContentOf(receivedFile);
+    const auto check = tools::CheckFeed(feed, received);
+    const bool same = check.records == feed.size() && check.bytes == received.size();
+    std::printf("%zu of %zu records, %zu of %zu bytes received: %s\n", check.records, feed.size(),
+                check.bytes, received.size(), same ? "all of the feed, in order" : "not the same");
+    return same ? tools::kDone : tools::kFailed;
+}
+
 }  // namespace
 
-int main(int argumentCount, char** arguments)
+int main(int count, char** words)
 {
-    if (argumentCount != 3) {
-        std::fputs(kUsage, stderr);
-        return 2;
-    }
-    try {
-        std::ifstream csv = Open(arguments[1]);
-        const auto feed = tools::FeedOf(csv);
-        const std::string received = ContentOf(arguments[2]);
-        const auto check = tools::CheckFeed(feed, received);
-        const bool same = check.records == feed.size() && check.bytes == received.size();
-        std::printf("%zu of %zu records, %zu of %zu bytes received: %s\n", check.records, feed.size(),
-                    check.bytes, received.size(), same ? "all of the feed, in order" : "not the same");
-        return same ? 0 : 1;
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "check_feed: %s\n", failure.what());
-        return 1;
-    }
+    std::string transactions;
+    std::string received;
+    tools::Command command("check_feed", kDescription);
+    command.add_option("TRANSACTIONS.csv", transactions, "what the feed was made of")->required();
+    command.add_option("RECEIVED", received, "the bytes that the receiver saved")->required();
+    return command.Run(count, words, [&] { return Check(transactions, received); });
 }

@@ -1,52 +1,60 @@
 #include "platform/files/open_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
-#include "platform/files/errno_failure.h"
-#include "platform/posix/read_fully.h"
+#include "platform/failure.h"
+#include "platform/failure_numbers.h"
+#include "platform/posix/system_calls.h"
 
 namespace platform::files {
 namespace {
 
 constexpr mode_t kReadableAndWritable = 0666;
-constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
-/// More than any race with other programs takes (against one that trims without a pause, a hundred and more);
-/// a file system that numbers its files anew at every look must not keep us here for ever.
-constexpr int kMostOpenings = 10'000;
+struct Meaning {
+    int error;
+    int number;
+    const char* what;
+};
 
-bool StandsAt(const std::string& path, const FileDescriptor& file)
-{
-    struct stat named {};
-    if (::stat(path.c_str(), &named) != 0)
-        return false;
-    const struct stat opened = StatusOf(file, path);
-    return named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
-}
+constexpr std::array kMeanings = {
+    Meaning{ENOENT, failure::kPathNotFound, "Path not found"},
+    Meaning{ENOTDIR, failure::kPathNotFound, "Path not found"},
+    Meaning{ELOOP, failure::kPathNotFound, "Path not found"},
+    Meaning{ENAMETOOLONG, failure::kPathNotFound, "Path not found"},
+    Meaning{EACCES, failure::kPermissionDenied, "Permission denied"},
+    Meaning{EPERM, failure::kPermissionDenied, "Permission denied"},
+    Meaning{EROFS, failure::kPermissionDenied, "Permission denied"},
+    Meaning{EWOULDBLOCK, failure::kPermissionDenied, "Another program keeps the file locked"},
+    Meaning{ENOSPC, failure::kDiskFull, "Disk full"},
+    Meaning{EDQUOT, failure::kDiskFull, "Disk full"},
+    Meaning{EFBIG, failure::kDiskFull, "Disk full"},
+    Meaning{ENOMEM, failure::kOutOfMemory, "Out of memory"},
+};
+
+constexpr Meaning kAnyOther{0, failure::kPathFileAccess, "File access error"};
 
 }  // namespace
 
-FileDescriptor Open(const std::string& path, int flags)
+void ThrowFailure(std::error_code error, const std::string& path)
 {
-    FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kReadableAndWritable));
-    if (!file.IsOpen())
-        ThrowErrno(path);
-    const bool forReading = (flags & O_ACCMODE) == O_RDONLY;  // the system opens no folder for writing
-    if (forReading && S_ISDIR(StatusOf(file, path).st_mode))
-        ThrowError(EISDIR, path);
-    return file;
+    const auto* const found = std::ranges::find(kMeanings, error.value(), &Meaning::error);
+    const Meaning& meaning = found == kMeanings.end() ? kAnyOther : *found;
+    throw Failure(meaning.number, std::string(meaning.what) + ": " + path);
 }
 
-FileDescriptor OpenAndLock(const std::string& path, int flags, LockWait& wait)
+FileDescriptor Open(const std::string& path, int flags)
 {
-    FileDescriptor file;
-    for (int i = 0; i < kMostOpenings; ++i) {
-        file = Open(path, flags);
-        wait.Lock(file, path);
-        if (StandsAt(path, file))
-            break;
-    }
+    FileDescriptor file(Uninterrupted([&] {
+        return ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kReadableAndWritable);
+    }));
+    if (!file.IsOpen())
+        ThrowFailure(LastError(), path);
+    const bool isForReading = (flags & O_ACCMODE) != O_WRONLY;
+    if (isForReading && !S_ISREG(StatusOf(file, path).st_mode))
+        ThrowFailure(std::make_error_code(std::errc::invalid_argument), path);
     return file;
 }
 
@@ -54,42 +62,32 @@ struct stat StatusOf(const FileDescriptor& file, const std::string& path)
 {
     struct stat status {};
     if (::fstat(file.Number(), &status) != 0)
-        ThrowErrno(path);
+        ThrowFailure(LastError(), path);
     return status;
 }
 
 std::size_t ReadAt(const FileDescriptor& file, std::int64_t position, char* bytes, std::size_t size,
                    const std::string& path)
 {
-    const auto count = ReadFully(file, static_cast<std::uint64_t>(position), bytes, size);
-    if (!count)
-        ThrowErrno(path);
-    return *count;
-}
-
-std::string ReadAll(const FileDescriptor& file, const std::string& path)
-{
-    std::string content;
-    std::array<char, kPiece> piece;
-    std::size_t count = 0;
-    do {
-        count = ReadAt(file, static_cast<std::int64_t>(content.size()), piece.data(), piece.size(), path);
-        content.append(piece.data(), count);
-    } while (count == piece.size());
-    return content;
+    std::error_code error;
+    const std::size_t count = ReadFully(file, static_cast<std::uint64_t>(position), bytes, size, error);
+    if (error)
+        ThrowFailure(error, path);
+    return count;
 }
 
 void WriteAt(const FileDescriptor& file, std::int64_t position, std::string_view bytes,
              const std::string& path)
 {
     while (!bytes.empty()) {
-        const ssize_t count = ::pwrite(file.Number(), bytes.data(), bytes.size(), position);
-        if (count < 0 && errno != EINTR)
-            ThrowErrno(path);
-        if (count > 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-            position += count;
-        }
+        const ssize_t count =
+            Uninterrupted([&] { return ::pwrite(file.Number(), bytes.data(), bytes.size(), position); });
+        if (count < 0)
+            ThrowFailure(LastError(), path);
+        if (count == 0)
+            ThrowFailure(std::make_error_code(std::errc::io_error), path);
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+        position += count;
     }
 }
 

@@ -6,31 +6,29 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <system_error>
 
-#include "platform/files/lock_wait.h"
 #include "platform/posix/file_descriptor.h"
 
+/// Opening, reading and writing files, and what goes wrong there. Errors of the system travel as std::error_code up to
+/// ThrowFailure, which knows the number and the sentence of each. Every function here throws that way, and the path is
+/// the one that the sentence names.
 namespace platform::files {
 
-/// Small steps on files, each a Failure naming the path where the system refuses it.
+/// Throws a Failure for an error of the system: kPathNotFound, kPermissionDenied, kDiskFull, kOutOfMemory, and
+/// kPathFileAccess for all else.
+[[noreturn]] void ThrowFailure(std::error_code error, const std::string& path);
 
-/// Opens a file with the flags of open(2). A folder, and a pipe that nobody reads, is a Failure: opening
-/// never waits.
+/// Opens a file with the flags of open(2); a file that O_CREAT makes can be read and written by everyone whom the umask
+/// lets. What is opened for reading must be a regular file: a folder, a pipe or a device is a Failure, for there may be
+/// no end to it. Opening never waits, not even for the other side of a pipe.
 [[nodiscard]] FileDescriptor Open(const std::string& path, int flags);
-
-/// Opens a file and takes its exclusive lock, waiting as LockWait does. When the file was replaced or removed
-/// meanwhile, the one that stands there now is opened instead, so that nothing is written to a file that no
-/// longer has a name. The lock ends with the descriptor.
-[[nodiscard]] FileDescriptor OpenAndLock(const std::string& path, int flags, LockWait& wait);
 
 [[nodiscard]] struct stat StatusOf(const FileDescriptor& file, const std::string& path);
 
 /// Reads up to `size` bytes from a position on; fewer only at the end of the file.
 [[nodiscard]] std::size_t ReadAt(const FileDescriptor& file, std::int64_t position, char* bytes,
                                  std::size_t size, const std::string& path);
-
-/// The whole content.
-[[nodiscard]] std::string ReadAll(const FileDescriptor& file, const std::string& path);
 
 /// Writes all bytes from a position on.
 void WriteAt(const FileDescriptor& file, std::int64_t position, std::string_view bytes,

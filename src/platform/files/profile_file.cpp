@@ -1,6 +1,7 @@
 #include "platform/files/profile_file.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 
 #include "platform/files/open_file.h"
@@ -8,6 +9,28 @@
 #include "platform/files/replace_file.h"
 
 namespace platform::files {
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
+
+/// Settings take a kilobyte or two. What is so much larger has got that name by mistake.
+constexpr std::size_t kLargestFile = std::size_t{16} * 1024 * 1024;
+
+std::string ReadAll(const FileDescriptor& file, const std::string& path)
+{
+    std::string content;
+    std::array<char, kPiece> piece;
+    std::size_t count = 0;
+    do {
+        count = ReadAt(file, static_cast<std::int64_t>(content.size()), piece.data(), piece.size(), path);
+        content.append(piece.data(), count);
+        if (content.size() > kLargestFile)
+            ThrowFailure(std::make_error_code(std::errc::invalid_argument), path);
+    } while (count == piece.size());
+    return content;
+}
+
+}  // namespace
 
 std::string DiskProfileFile::GetPrivateProfileStringA(const std::string& section, const std::string& key,
                                                       std::size_t length, const std::string& path) const
@@ -34,7 +57,7 @@ void DiskProfileFile::WritePrivateProfileStringA(const std::string& section, con
         replacement.Write(changed);
         replacement.Commit();
     } catch (const std::exception&) {
-        // No caller looks at the outcome of a profile write; the file is as it was.
+        // Nobody looks at the outcome of a profile write; the file is as it was.
     }
 }
 

@@ -1,14 +1,19 @@
 #pragma once
 
-#include "platform/files/lock_wait.h"
+#include "platform/files/file_lock.h"
 #include "platform/profile_file.h"
 
 namespace platform::files {
 
-/// Profile files of this machine. A write replaces the file in one step (see Replacement) under a lock, and
-/// touches nothing when the key has the value already.
+/// Profile files of this machine: regular files of 16 MiB at most; anything else
+/// cannot be read. A write replaces the file in one step (see Replacement) under a lock, for which it waits no longer than
+/// `longestWait`, and touches nothing when the file would stay the same.
 class DiskProfileFile final : public ProfileFile {
 public:
+    explicit DiskProfileFile(std::chrono::milliseconds longestWait = kLongestLockWait)
+        : lockWait_(longestWait)
+    {}
+
     [[nodiscard]] std::string GetPrivateProfileStringA(const std::string& section, const std::string& key,
                                                        std::size_t length,
                                                        const std::string& path) const override;

@@ -8,8 +8,9 @@
 #include <cstdlib>
 #include <utility>
 
-#include "platform/files/errno_failure.h"
+#include "platform/files/file_lock.h"
 #include "platform/files/open_file.h"
+#include "platform/posix/system_calls.h"
 
 namespace platform::files {
 namespace {
@@ -22,7 +23,7 @@ std::string WithoutSymbolicLinks(const std::string& path)
 {
     std::array<char, PATH_MAX> resolved;
     if (::realpath(path.c_str(), resolved.data()) == nullptr)
-        ThrowErrno(path);
+        ThrowFailure(LastError(), path);
     return resolved.data();
 }
 
@@ -33,10 +34,10 @@ std::string TemporaryName(const std::string& target)
 }
 
 /// A full disk is a failure; every other reason not to make a new file leaves writing in place.
-void ThrowIfDiskFull(const std::string& path)
+void ThrowIfDiskFull(std::error_code error, const std::string& path)
 {
-    if (errno == ENOSPC || errno == EDQUOT)
-        ThrowErrno(path);
+    if (error.value() == ENOSPC || error.value() == EDQUOT)
+        ThrowFailure(error, path);
 }
 
 /// The owner where the system lets us give it, else at least the group; false where the permissions cannot be
@@ -61,8 +62,8 @@ void ReserveRoom(const FileDescriptor& file, std::int64_t size, const std::strin
     if (error == 0)
         return;
     if (::ftruncate(file.Number(), oldSize) != 0)
-        ThrowErrno(path);
-    ThrowError(error, path);
+        ThrowFailure(LastError(), path);
+    ThrowFailure({error, std::generic_category()}, path);
 }
 
 }  // namespace
@@ -70,8 +71,6 @@ void ReserveRoom(const FileDescriptor& file, std::int64_t size, const std::strin
 Replacement::Replacement(const std::string& path, FileDescriptor& file)
     : target_(WithoutSymbolicLinks(path)), temporary_(TemporaryName(target_)), file_(file)
 {
-    if (!S_ISREG(StatusOf(file_, target_).st_mode))
-        ThrowError(EINVAL, target_);
     OpenNewFile();
 }
 
@@ -106,17 +105,17 @@ void Replacement::OpenNewFile()
     newFile_ = FileDescriptor(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kOwnerOnly));
     if (newFile_.IsOpen())
         return;
-    ThrowIfDiskFull(target_);
+    ThrowIfDiskFull(LastError(), target_);
     newFile_ = FileDescriptor(
         ::open(temporary_.c_str(), O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR | O_CLOEXEC, kOwnerOnly));
     named_ = newFile_.IsOpen();
     if (named_)
         return;
-    ThrowIfDiskFull(target_);
+    ThrowIfDiskFull(LastError(), target_);
     beside_ = false;
     newFile_ = FileDescriptor(::memfd_create("new content", MFD_CLOEXEC));
     if (!newFile_.IsOpen())
-        ThrowErrno(target_);
+        ThrowFailure(LastError(), target_);
 }
 
 void Replacement::Flush()
@@ -132,14 +131,14 @@ bool Replacement::MoveOverFile()
     if (!beside_ || !CopyOwnerAndPermissions(file_, newFile_, target_))
         return false;
     if (::fsync(newFile_.Number()) != 0)
-        ThrowErrno(target_);
-    LockWait().Lock(newFile_, target_);
+        ThrowFailure(LastError(), target_);
+    LockWait(kLongestLockWait).Lock(newFile_, target_);
     if (!named_) {
         const std::string open = "/proc/self/fd/" + std::to_string(newFile_.Number());
         named_ = ::linkat(AT_FDCWD, open.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) == 0;
     }
     if (!named_ || ::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        ThrowIfDiskFull(target_);
+        ThrowIfDiskFull(LastError(), target_);
         return false;
     }
     named_ = false;
@@ -154,12 +153,12 @@ void Replacement::CopyOverFile()
     for (std::int64_t position = 0; position < written_;) {
         const std::size_t count = ReadAt(newFile_, position, piece.data(), piece.size(), target_);
         if (count == 0)
-            ThrowError(EIO, target_);
+            ThrowFailure(std::make_error_code(std::errc::io_error), target_);
         WriteAt(file_, position, std::string_view(piece).substr(0, count), target_);
         position += static_cast<std::int64_t>(count);
     }
     if (::ftruncate(file_.Number(), written_) != 0 || ::fsync(file_.Number()) != 0)
-        ThrowErrno(target_);
+        ThrowFailure(LastError(), target_);
 }
 
 }  // namespace platform::files

@@ -17,9 +17,6 @@ public:
 
     /// In bytes, at this moment.
     [[nodiscard]] virtual std::uint64_t Size() const = 0;
-
-    /// False where reading the same bytes again costs no more than keeping them.
-    [[nodiscard]] virtual bool IsWorthKeeping() const = 0;
 };
 
 }  // namespace platform::jet

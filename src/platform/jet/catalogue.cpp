@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/column_value.h"
+#include "platform/jet/damage_report.h"
 #include "platform/jet/table_scan.h"
 #include "platform/names.h"
 
@@ -12,6 +13,7 @@ namespace platform::jet {
 namespace {
 
 constexpr std::uint32_t kCataloguePage = 2;
+constexpr const char* kCatalogueName = "MSysObjects";
 constexpr std::int32_t kLocalTable = 1;
 constexpr std::int32_t kLinkedServerTable = 4;
 constexpr std::int32_t kLinkedTable = 6;
@@ -39,16 +41,10 @@ Type ValueAs(const PageFile& file, const Row& row, const Column& column)
     throw Failure(failure::kTableNotFound, "The table " + name + reason + file.Name());
 }
 
-}  // namespace
-
-TableDefinition ReadCatalogueDefinition(const PageFile& file)
+/// Where the definition of a table stands. Failure: kTableNotFound.
+std::uint32_t DefinitionPageOf(const PageFile& file, const std::string& name)
 {
-    return ReadTableDefinition(file, kCataloguePage);
-}
-
-TableDefinition FindTable(const PageFile& file, const std::string& name)
-{
-    const TableDefinition catalogue = ReadCatalogueDefinition(file);
+    const TableDefinition catalogue = ReadTableDefinition(file, kCataloguePage);
     const Column& idColumn = ColumnOf(catalogue, "Id");
     const Column& nameColumn = ColumnOf(catalogue, "Name");
     const Column& typeColumn = ColumnOf(catalogue, "Type");
@@ -65,7 +61,22 @@ TableDefinition FindTable(const PageFile& file, const std::string& name)
     });
     if (!page)
         NoTable(file, name, linked);
-    return ReadTableDefinition(file, *page);
+    return *page;
+}
+
+}  // namespace
+
+TableDefinition ReadCatalogueDefinition(const PageFile& file)
+{
+    return InTable(kCatalogueName, [&] { return ReadTableDefinition(file, kCataloguePage); });
+}
+
+TableDefinition FindTable(const PageFile& file, const std::string& name)
+{
+    const std::uint32_t page = InTable(kCatalogueName, [&] { return DefinitionPageOf(file, name); });
+    TableDefinition table = InTable(name, [&] { return ReadTableDefinition(file, page); });
+    table.name = name;
+    return table;
 }
 
 }  // namespace platform::jet

@@ -3,6 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/jet/damage_report.h"
+
 namespace platform::jet {
 namespace {
 
@@ -95,10 +97,12 @@ std::uint16_t DataPage::OffsetField(std::size_t row) const
 
 StoredRow FetchRow(const PageFile& file, RowPosition position, std::uint32_t owner)
 {
-    std::optional<StoredRow> stored = RowPlacedAt(file, OwnedPage(file, position, owner), position.Row());
-    if (!stored)
-        NoRowAt(position);
-    return *std::move(stored);
+    return OnPage(position.Page(), [&] {
+        std::optional<StoredRow> stored = RowPlacedAt(file, OwnedPage(file, position, owner), position.Row());
+        if (!stored)
+            NoRowAt(position);
+        return *std::move(stored);
+    });
 }
 
 std::optional<StoredRow> RowPlacedAt(const PageFile& file, const DataPage& page, std::size_t row)

@@ -43,7 +43,8 @@ private:
         if (column == nullptr)
             throw Failure(failure::kNoSuchQueryColumn, "The table " + query.table + " in " + file_->Name() +
                                                            " has no column " + query.orderColumn);
-        std::vector<RowPosition> positions = PositionsInOrder(*file_, table, *column);
+        std::vector<RowPosition> positions =
+            InTable(table.name, [&] { return PositionsInOrder(*file_, table, *column); });
         return std::make_unique<JetRecordSet>(file_, std::move(table), std::move(positions));
     }
 

@@ -9,7 +9,7 @@
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/byte_view.h"
-#include "platform/posix/read_fully.h"
+#include "platform/posix/system_calls.h"
 
 namespace platform::jet {
 namespace {
@@ -58,10 +58,11 @@ FileSource::FileSource(const std::string& path) : file_(OpenForReading(path))
 
 std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const
 {
-    const auto count = ReadFully(file_, offset, buffer.data(), buffer.size());
-    if (!count)
-        throw Damage("it cannot be read: " + ReasonOf(errno));
-    return *count;
+    std::error_code error;
+    const std::size_t count = ReadFully(file_, offset, buffer.data(), buffer.size(), error);
+    if (error)
+        throw Damage("it cannot be read: " + ReasonOf(error.value()));
+    return count;
 }
 
 std::uint64_t FileSource::Size() const

@@ -16,7 +16,6 @@ public:
 
     [[nodiscard]] std::size_t Read(std::uint64_t offset, std::span<std::uint8_t> buffer) const override;
     [[nodiscard]] std::uint64_t Size() const override;
-    [[nodiscard]] bool IsWorthKeeping() const override { return true; }
 
 private:
     FileDescriptor file_;

@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "platform/jet/damage_report.h"
 #include "platform/jet/index_page.h"
 #include "platform/jet/table_scan.h"
 
@@ -27,11 +28,15 @@ std::uint32_t FirstLeaf(const PageFile& file, std::uint32_t number)
         if (file.ReadPage(number).Is(PageType::kIndexLeaf))
             return number;
         const Page page = file.ReadPage(number, PageType::kIndexNode);
-        const IndexPage node(page.View(), file.PageLayout());
-        if (node.EntryCount() == 0)
+        number = OnPage(number, [&]() -> std::uint32_t {
+            const IndexPage node(page.View(), file.PageLayout());
+            if (node.EntryCount() == 0)
+                return 0;
+            node.GetEntry(0, entry);
+            return PageBelow(entry);
+        });
+        if (number == 0)
             return 0;
-        node.GetEntry(0, entry);
-        number = PageBelow(entry);
     }
     throw Damage("an index has no leaves");
 }
@@ -52,13 +57,10 @@ public:
         while (leaf != 0) {
             if (!visited_.insert(leaf).second)
                 throw Damage("the pages of an index go in a circle");
-            const Page page = file_.ReadPage(leaf, PageType::kIndexLeaf);
-            if (page.Owner() != table_.page)
-                throw Damage("an index has a page of another table");
-            const IndexPage entries(page.View(), file_.PageLayout());
-            if (!AddEntries(entries))
+            const std::optional<std::uint32_t> next = OnPage(leaf, [&] { return AddLeaf(leaf); });
+            if (!next)
                 return false;
-            leaf = entries.NextPage();
+            leaf = *next;
         }
         return true;
     }
@@ -66,6 +68,16 @@ public:
     [[nodiscard]] std::vector<RowPosition> TakePositions() { return std::move(positions_); }
 
 private:
+    /// The leaf to the right; nothing where entries are out of order or too many.
+    std::optional<std::uint32_t> AddLeaf(std::uint32_t leaf)
+    {
+        const Page page = file_.ReadPage(leaf, PageType::kIndexLeaf);
+        if (page.Owner() != table_.page)
+            throw Damage("an index has a page of another table");
+        const IndexPage entries(page.View(), file_.PageLayout());
+        return AddEntries(entries) ? std::optional(entries.NextPage()) : std::nullopt;
+    }
+
     bool AddEntries(const IndexPage& page)
     {
         for (std::size_t i = 0; i < page.EntryCount(); ++i) {

@@ -1,6 +1,7 @@
 #include "platform/jet/long_value.h"
 
 #include <algorithm>
+#include <limits>
 #include <set>
 
 #include "platform/jet/data_page.h"
@@ -14,6 +15,7 @@ constexpr std::uint32_t kOneRowFlag = 0x40000000;
 constexpr std::size_t kPointer = 4;
 constexpr std::size_t kReferenceSize = 12;
 constexpr std::size_t kNextBlockSize = 4;
+constexpr std::size_t kMostBlocksOfBeginning = 16;
 
 /// Gathers a value piece by piece, never more than its stated length.
 class Pieces {
@@ -28,22 +30,17 @@ public:
 
     [[nodiscard]] bool Complete() const { return bytes_.size() == length_; }
 
-    [[nodiscard]] std::vector<std::uint8_t> Take()
-    {
-        if (!Complete())
-            throw Damage("a long value ends before its stated length");
-        return std::move(bytes_);
-    }
+    [[nodiscard]] std::vector<std::uint8_t> Release() { return std::move(bytes_); }
 
 private:
     std::size_t length_;
     std::vector<std::uint8_t> bytes_;
 };
 
-void AddChain(const PageFile& file, RowPosition block, Pieces& pieces)
+void AddChain(const PageFile& file, RowPosition block, std::size_t mostBlocks, Pieces& pieces)
 {
     std::set<RowPosition> visited;
-    while (!pieces.Complete() && block != RowPosition{}) {
+    while (!pieces.Complete() && block != RowPosition{} && visited.size() < mostBlocks) {
         if (!visited.insert(block).second)
             throw Damage("the blocks of a long value go in a circle");
         const StoredRow row = FetchRow(file, block, kLongValueOwner);
@@ -55,22 +52,44 @@ void AddChain(const PageFile& file, RowPosition block, Pieces& pieces)
     }
 }
 
-}  // namespace
-
-std::vector<std::uint8_t> ReadLongValue(const PageFile& file, ByteView reference)
+void AddPieces(const PageFile& file, ByteView reference, std::size_t mostBlocks, Pieces& pieces)
 {
-    if (reference.Size() == 0)
-        return {};
     const std::uint32_t field = reference.U32(0);
-    Pieces pieces(field & kLengthMask);
     const RowPosition position{reference.U32(kPointer)};
     if ((field & kInlineFlag) != 0)
         pieces.Add(reference.From(kReferenceSize));
     else if ((field & kOneRowFlag) != 0)
         pieces.Add(FetchRow(file, position, kLongValueOwner).bytes);
     else
-        AddChain(file, position, pieces);
-    return pieces.Take();
+        AddChain(file, position, mostBlocks, pieces);
+}
+
+std::size_t StatedLength(ByteView reference)
+{
+    return reference.U32(0) & kLengthMask;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> ReadLongValue(const PageFile& file, ByteView reference)
+{
+    if (reference.Size() == 0)
+        return {};
+    Pieces pieces(StatedLength(reference));
+    AddPieces(file, reference, std::numeric_limits<std::size_t>::max(), pieces);
+    if (!pieces.Complete())
+        throw Damage("a long value ends before its stated length");
+    return pieces.Release();
+}
+
+std::vector<std::uint8_t> ReadLongValueBeginning(const PageFile& file, ByteView reference,
+                                                 std::size_t mostBytes)
+{
+    if (reference.Size() == 0)
+        return {};
+    Pieces pieces(std::min(StatedLength(reference), mostBytes));
+    AddPieces(file, reference, kMostBlocksOfBeginning, pieces);
+    return pieces.Release();
 }
 
 }  // namespace platform::jet

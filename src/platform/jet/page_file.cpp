@@ -29,10 +29,6 @@ std::uint64_t PageFile::PageCount() const
 
 Page PageFile::ReadPage(std::uint32_t number) const
 {
-    if (!source_->IsWorthKeeping()) {
-        window_ = {};
-        return Page(LoadPage(number));
-    }
     KeptPage& kept = kept_[number % kept_.size()];
     if (number == 0 || kept.number != number)
         kept = {number, Page(LoadPage(number))};

@@ -58,7 +58,7 @@ public:
     /// Reads a page that must be of this type, or throws Damage.
     [[nodiscard]] Page ReadPage(std::uint32_t number, PageType type) const;
 
-    /// Reads every page anew from here on.
+    /// Reads every page anew from here on, so that what others changed in the file shows.
     void ForgetPages() const;
 
 private:

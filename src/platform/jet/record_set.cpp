@@ -32,7 +32,10 @@ Value JetRecordSet::Field(const std::string& column) const
                       "There is no column " + column + " in the records of " + file_->Name());
     if (AtEOF())
         throw NoCurrentRecord();
-    return ReportingDamage(file_->Name(), [&] { return ReadValue(*file_, CurrentRow(), *found); });
+    const auto read = [&] { return ReadValue(*file_, CurrentRow(), *found); };
+    return ReportingDamage(file_->Name(), [&] {
+        return InTable(table_.name, [&] { return OnPage(positions_[current_].Page(), read); });
+    });
 }
 
 void JetRecordSet::MoveNext()

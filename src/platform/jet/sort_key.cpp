@@ -4,13 +4,17 @@
 #include <bit>
 
 #include "platform/jet/column_value.h"
+#include "platform/jet/long_value.h"
+#include "platform/jet/text.h"
 #include "platform/jet/text_sort_key.h"
 
 namespace platform::jet {
 namespace {
 
 constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
-constexpr std::size_t kBytesThatCount = 510;
+constexpr std::size_t kMemoCharactersThatCount = 255;
+constexpr std::size_t kMemoBytesThatCount = 1024;  // hold as many characters, compressed or not
+constexpr std::size_t kOleBytesThatCount = 510;
 constexpr std::size_t kDecimalSize = 17;
 
 std::uint64_t FromInteger(std::int64_t number)
@@ -56,19 +60,17 @@ std::string DecimalKey(ByteView bytes)
     return '\0' + magnitude;
 }
 
-struct KeyOfValue {
-    std::optional<std::string> operator()(const std::string& text) const
-    {
-        return TextSortKey(std::string_view(text).substr(0, kBytesThatCount));
-    }
-    std::optional<std::string> operator()(const Guid& guid) const { return guid.text; }
-    std::optional<std::string> operator()(const Binary& binary) const
-    {
-        const std::size_t length = std::min(binary.bytes.size(), kBytesThatCount);
-        return std::string(ByteView(binary.bytes).Slice(0, length).AsText());
-    }
-    std::optional<std::string> operator()(const auto&) const { return std::nullopt; }
-};
+std::string MemoKey(const PageFile& file, ByteView reference)
+{
+    const auto bytes = ReadLongValueBeginning(file, reference, kMemoBytesThatCount);
+    return TextSortKey(DecodeTextBeginning(ByteView(bytes), file.FileFormat(), kMemoCharactersThatCount),
+                       file.FileFormat());
+}
+
+std::string OleKey(const PageFile& file, ByteView reference)
+{
+    return std::string(ByteView(ReadLongValueBeginning(file, reference, kOleBytesThatCount)).AsText());
+}
 
 }  // namespace
 
@@ -85,12 +87,25 @@ std::optional<std::uint64_t> NumberSortKey(const Row& row, const Column& column)
     return bytes ? std::optional(FromBytes(column.type, *bytes)) : std::nullopt;
 }
 
-std::optional<std::string> ByteSortKey(const PageFile& file, const Row& row, const Column& column)
+std::string ByteSortKey(const PageFile& file, const Row& row, const Column& column)
 {
-    if (column.type != ColumnType::kDecimal)
-        return std::visit(KeyOfValue{}, ReadValue(file, row, column));
     const std::optional<ByteView> bytes = row.BytesOf(column);
-    return bytes ? std::optional(DecimalKey(*bytes)) : std::nullopt;
+    if (!bytes)
+        return {};
+    switch (column.type) {
+        case ColumnType::kText:
+            return TextSortKey(DecodeText(*bytes, file.FileFormat()), file.FileFormat());
+        case ColumnType::kMemo:
+            return MemoKey(file, *bytes);
+        case ColumnType::kOle:
+            return OleKey(file, *bytes);
+        case ColumnType::kBinary:
+            return std::string(bytes->AsText());
+        case ColumnType::kDecimal:
+            return DecimalKey(*bytes);
+        default:
+            return std::get<Guid>(ReadValue(file, row, column)).text;
+    }
 }
 
 }  // namespace platform::jet

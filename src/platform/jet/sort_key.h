@@ -17,8 +17,9 @@ namespace platform::jet {
 [[nodiscard]] std::optional<std::uint64_t> NumberSortKey(const Row& row, const Column& column);
 
 /// Bytes that order rows as the column's values do: decimals by value, GUIDs and binary by their bytes, texts
-/// as TextSortKey has it. Of long values the beginning alone counts. Nothing for null. Throws Damage.
-[[nodiscard]] std::optional<std::string> ByteSortKey(const PageFile& file, const Row& row,
-                                                     const Column& column);
+/// as TextSortKey has it. Of a memo the first 255 characters count, of an OLE value the first 510 bytes, as
+/// in an index on it: values that are alike so far are equal keys, and no more of them is read. A column of
+/// one length is at most a few KB. Empty for null. Throws Damage.
+[[nodiscard]] std::string ByteSortKey(const PageFile& file, const Row& row, const Column& column);
 
 }  // namespace platform::jet

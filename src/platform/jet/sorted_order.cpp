@@ -1,11 +1,11 @@
 #include "platform/jet/sorted_order.h"
 
 #include <algorithm>
-#include <span>
 #include <string>
 #include <utility>
 
 #include "platform/jet/index_order.h"
+#include "platform/jet/key_sort.h"
 #include "platform/jet/number_entry.h"
 #include "platform/jet/sort_key.h"
 #include "platform/jet/table_scan.h"
@@ -13,54 +13,48 @@
 namespace platform::jet {
 namespace {
 
-class ByteEntry {
-public:
-    ByteEntry(std::string key, RowPosition position) : key_(std::move(key)), position_(position) {}
-
-    [[nodiscard]] RowPosition Position() const { return position_; }
-
-    /// The position decides between equal keys.
-    bool operator<(const ByteEntry& other) const
-    {
-        return key_ == other.key_ ? position_ < other.position_ : key_ < other.key_;
-    }
-
-private:
-    std::string key_;
-    RowPosition position_;
-};
-
-void SortEntries(std::span<ByteEntry> entries)
-{
-    std::sort(entries.begin(), entries.end());
-}
-
-/// `keyOf` gives a row's key, or nothing for null.
-template <class Entry, class KeyOf>
-std::vector<RowPosition> Sorted(const PageFile& file, const TableDefinition& table, KeyOf keyOf)
+/// Reads the table once and keeps key and position of each row.
+std::vector<RowPosition> SortedByNumber(const PageFile& file, const TableDefinition& table,
+                                        const Column& column)
 {
     std::vector<RowPosition> positions;
-    std::vector<Entry> entries;
+    std::vector<NumberEntry> entries;
     entries.reserve(ExpectedRows(file, table));
     ForEachRow(file, table, [&](RowPosition position, const Row& row) {
-        if (auto key = keyOf(row))
-            entries.emplace_back(*std::move(key), position);
+        if (const auto key = NumberSortKey(row, column))
+            entries.emplace_back(*key, position);
         else
             positions.push_back(position);
     });
-    SortEntries(std::span(entries));
+    SortEntries(entries);
     positions.reserve(positions.size() + entries.size());
-    for (const Entry& entry : entries)
+    for (const NumberEntry& entry : entries)
         positions.push_back(entry.Position());
     return positions;
+}
+
+/// Reads the table once for the positions and then the rows again for their keys.
+std::vector<RowPosition> SortedByBytes(const PageFile& file, const TableDefinition& table,
+                                       const Column& column)
+{
+    std::vector<RowPosition> nulls;
+    std::vector<RowPosition> others;
+    ForEachRow(file, table, [&](RowPosition position, const Row& row) {
+        (row.BytesOf(column) ? others : nulls).push_back(position);
+    });
+    SortByKey(others, [&](RowPosition position) {
+        const Row row(FetchRow(file, position, table.page), table, file.FileFormat());
+        return ByteSortKey(file, row, column);
+    });
+    nulls.insert(nulls.end(), others.begin(), others.end());
+    return nulls;
 }
 
 std::vector<RowPosition> SortedByColumn(const PageFile& file, const TableDefinition& table,
                                         const Column& column)
 {
-    if (IsOrderedByNumber(column.type))
-        return Sorted<NumberEntry>(file, table, [&](const Row& row) { return NumberSortKey(row, column); });
-    return Sorted<ByteEntry>(file, table, [&](const Row& row) { return ByteSortKey(file, row, column); });
+    return IsOrderedByNumber(column.type) ? SortedByNumber(file, table, column)
+                                          : SortedByBytes(file, table, column);
 }
 
 /// Whether the rows that were found are all of them, although the definition counts more or fewer.

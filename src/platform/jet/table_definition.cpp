@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/ansi_code_page.h"
+#include "platform/jet/damage_report.h"
 #include "platform/jet/text.h"
 #include "platform/names.h"
 
@@ -112,19 +113,21 @@ private:
 
 }  // namespace
 
-const Column* TableDefinition::Find(const std::string& name) const
+const Column* TableDefinition::Find(const std::string& columnName) const
 {
-    const auto found =
-        std::ranges::find_if(columns, [&](const Column& column) { return SameName(column.name, name); });
+    const auto found = std::ranges::find_if(
+        columns, [&](const Column& column) { return SameName(column.name, columnName); });
     return found == columns.end() ? nullptr : &*found;
 }
 
 TableDefinition ReadTableDefinition(const PageFile& file, std::uint32_t page)
 {
-    const std::vector<std::uint8_t> bytes = JoinPages(file, page);
-    TableDefinition table = DefinitionReader(ByteView(bytes), file.FileFormat()).Read();
-    table.page = page;
-    return table;
+    return OnPage(page, [&] {
+        const std::vector<std::uint8_t> bytes = JoinPages(file, page);
+        TableDefinition table = DefinitionReader(ByteView(bytes), file.FileFormat()).Read();
+        table.page = page;
+        return table;
+    });
 }
 
 }  // namespace platform::jet

@@ -49,6 +49,7 @@ struct Index {
 
 /// The description of one table.
 struct TableDefinition {
+    std::string name;                       // as asked for, in descriptions of damage
     std::uint32_t page = 0;                 // where it stands; the table's pages name it as their owner
     std::uint32_t rowCount = 0;             // as stored: a hint, wrong where the file was not properly closed
     std::uint16_t variableColumnCount = 0;  // deleted columns count as well
@@ -56,8 +57,8 @@ struct TableDefinition {
     std::vector<Column> columns;
     std::vector<Index> indexes;
 
-    /// The column of a name, without regard to case; null where there is none.
-    [[nodiscard]] const Column* Find(const std::string& name) const;
+    /// The column of this name, without regard to case; null where there is none.
+    [[nodiscard]] const Column* Find(const std::string& columnName) const;
 };
 
 /// Reads the definition that begins on a page and may go on over several. Throws Damage.

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/jet/damage_report.h"
 #include "platform/jet/usage_map.h"
 
 namespace platform::jet {
@@ -21,9 +22,11 @@ void ForEachPage(const PageFile& file, const TableDefinition& table,
         if (!marked.Is(PageType::kData) || marked.Owner() != table.page)
             continue;
         const DataPage page(marked, file.PageLayout());
-        if (page.RowCount() > kMostRowsOnPage)
-            throw Damage("page " + std::to_string(number) + " has more rows than a page can have");
-        visit(number, page);
+        OnPage(number, [&] {
+            if (page.RowCount() > kMostRowsOnPage)
+                throw Damage("it has more rows than a page can have");
+            visit(number, page);
+        });
     }
 }
 

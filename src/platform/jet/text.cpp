@@ -1,5 +1,7 @@
 #include "platform/jet/text.h"
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "platform/ansi_code_page.h"
@@ -52,47 +54,91 @@ private:
     char32_t high_ = 0;
 };
 
-std::string Decompress(ByteView bytes)
+/// Units that are still wanted; without a limit a text must end with a whole one.
+class Limit {
+public:
+    Limit() = default;
+    explicit Limit(std::size_t units) : left_(units), isBeginning_(true) {}
+
+    [[nodiscard]] std::size_t Left() const { return left_; }
+    void Use(std::size_t units) { left_ -= units; }
+
+    /// Whether the next unit of two bytes is to be read; it may be cut in a beginning only.
+    [[nodiscard]] bool Wants(ByteView bytes, std::size_t at) const
+    {
+        const bool isCut = at + 1 == bytes.Size() && isBeginning_;
+        return left_ > 0 && at < bytes.Size() && !isCut;
+    }
+
+private:
+    std::size_t left_ = std::numeric_limits<std::size_t>::max();
+    bool isBeginning_ = false;
+};
+
+std::string Decompress(ByteView bytes, Limit limit)
 {
     Utf16Reader reader;
-    reader.Reserve(bytes.Size());
+    reader.Reserve(std::min(bytes.Size(), limit.Left()));
     bool compressed = true;
-    for (std::size_t at = 0; at < bytes.Size();) {
+    for (std::size_t at = 0; limit.Left() > 0 && at < bytes.Size();) {
         if (bytes.U8(at) == 0) {
             compressed = !compressed;
             ++at;
         } else if (compressed) {
-            const std::string_view ascii = LeadingAscii(bytes.AsText().substr(at));
+            const std::string_view ascii = LeadingAscii(bytes.AsText().substr(at, limit.Left()));
             reader.AddAscii(ascii);
+            limit.Use(ascii.size());
             at += ascii.size();
-            if (at < bytes.Size() && bytes.U8(at) != 0)
+            if (at < bytes.Size() && bytes.U8(at) != 0 && limit.Left() > 0) {
                 reader.Add(bytes.U8(at++));
-        } else {
+                limit.Use(1);
+            }
+        } else if (limit.Wants(bytes, at)) {
             reader.Add(bytes.U16(at));
+            limit.Use(1);
             at += 2;
+        } else {
+            break;
         }
     }
     return reader.TakeText();
+}
+
+std::string FromUtf16(ByteView bytes, Limit limit)
+{
+    Utf16Reader reader;
+    reader.Reserve(std::min(bytes.Size() / 2, limit.Left()));
+    for (std::size_t at = 0; limit.Wants(bytes, at); at += 2) {
+        reader.Add(bytes.U16(at));
+        limit.Use(1);
+    }
+    return reader.TakeText();
+}
+
+std::string Decode(ByteView bytes, Format format, Limit limit)
+{
+    if (format == Format::kJet3)
+        return FromAnsi(bytes.AsText().substr(0, limit.Left()));
+    if (bytes.AsText().starts_with(kCompressionMark))
+        return Decompress(bytes.From(kCompressionMark.size()), limit);
+    return FromUtf16(bytes, limit);
 }
 
 }  // namespace
 
 std::string FromUtf16(ByteView bytes)
 {
-    Utf16Reader reader;
-    reader.Reserve(bytes.Size() / 2);
-    for (std::size_t at = 0; at < bytes.Size(); at += 2)
-        reader.Add(bytes.U16(at));
-    return reader.TakeText();
+    return FromUtf16(bytes, Limit());
 }
 
 std::string DecodeText(ByteView bytes, Format format)
 {
-    if (format == Format::kJet3)
-        return FromAnsi(bytes.AsText());
-    if (bytes.AsText().starts_with(kCompressionMark))
-        return Decompress(bytes.From(kCompressionMark.size()));
-    return FromUtf16(bytes);
+    return Decode(bytes, format, Limit());
+}
+
+std::string DecodeTextBeginning(ByteView bytes, Format format, std::size_t mostCharacters)
+{
+    return Decode(bytes, format, Limit(mostCharacters));
 }
 
 }  // namespace platform::jet

@@ -15,4 +15,8 @@ namespace platform::jet {
 /// byte a character (Latin-1) until a zero byte changes to UTF-16 and the next one back.
 [[nodiscard]] std::string DecodeText(ByteView bytes, Format format);
 
+/// The first characters of a stored text, of which these bytes are the beginning: they may end anywhere. A
+/// character above U+FFFF counts as two.
+[[nodiscard]] std::string DecodeTextBeginning(ByteView bytes, Format format, std::size_t mostCharacters);
+
 }  // namespace platform::jet

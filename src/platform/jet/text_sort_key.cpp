@@ -13,7 +13,7 @@ constexpr char32_t kLatinLetters = 0x013000;
 constexpr char32_t kOtherCharacters = 0x014000;
 
 /// ASCII punctuation in its order: that of its codes, but with + < = > last.
-constexpr std::string_view kPunctuationOrder = " !\"#$%&()*,./:;?@[\\]^_`{|}~+<=>";
+constexpr std::string_view kPunctuationOrder = " !\"#$%&'()*,-./:;?@[\\]^_`{|}~+<=>";
 
 /// The letters without accents of U+00C0 to U+017F, one or two for each: "." stands for none.
 constexpr std::string_view kBaseLetters =
@@ -81,9 +81,11 @@ void AppendWeight(std::string& key, char32_t weight)
 /// Builds the three levels of a key side by side.
 class KeyBuilder {
 public:
+    explicit KeyBuilder(Format format) : passesOver_(format == Format::kJet4) {}
+
     void Add(char32_t character)
     {
-        if (character == '-' || character == '\'') {
+        if (passesOver_ && (character == '-' || character == '\'')) {
             AppendWeight(passedOver_, letterCount_ + 1);
             AppendWeight(passedOver_, character);
         } else if (const std::string_view letters = BaseLetters(character); letters.empty()) {
@@ -114,6 +116,7 @@ private:
             AppendWeight(accents_, letterCount_);
     }
 
+    bool passesOver_;
     std::string letters_;
     std::string accents_;     // the places of accented letters, counted from 1
     std::string passedOver_;  // hyphens and apostrophes with their places
@@ -122,9 +125,9 @@ private:
 
 }  // namespace
 
-std::string TextSortKey(std::string_view text)
+std::string TextSortKey(std::string_view text, Format format)
 {
-    KeyBuilder builder;
+    KeyBuilder builder(format);
     while (!text.empty())
         builder.Add(TakeCharacter(text));
     return builder.Key();

@@ -1,5 +1,6 @@
 #include "platform/jet/usage_map.h"
 
+#include "platform/jet/damage_report.h"
 #include "platform/jet/data_page.h"
 
 namespace platform::jet {
@@ -58,21 +59,25 @@ void AddPageList(const PageFile& file, ByteView list, MarkCollector& marks)
     }
 }
 
-std::vector<std::uint32_t> PagesIn(const PageFile& file, RowPosition map, PastTheEnd pastTheEnd)
+void AddMap(const PageFile& file, ByteView bytes, MarkCollector& marks)
 {
-    const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
-    const ByteView bytes = page.SlotAt(map.Row()).bytes;
-    MarkCollector marks(file.PageCount(), pastTheEnd);
     switch (bytes.U8(0)) {
         case kInline:
-            marks.Add(bytes.From(kInlineBitmap), bytes.U32(1));
-            break;
+            return marks.Add(bytes.From(kInlineBitmap), bytes.U32(1));
         case kPageList:
-            AddPageList(file, bytes.From(1), marks);
-            break;
+            return AddPageList(file, bytes.From(1), marks);
         default:
             throw Damage("a usage map is of no known kind");
     }
+}
+
+std::vector<std::uint32_t> PagesIn(const PageFile& file, RowPosition map, PastTheEnd pastTheEnd)
+{
+    MarkCollector marks(file.PageCount(), pastTheEnd);
+    OnPage(map.Page(), [&] {
+        const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
+        AddMap(file, page.SlotAt(map.Row()).bytes, marks);
+    });
     return marks.TakePages();
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/ansi_code_page.h"
+#include "platform/regional/patterns.h"
 #include "platform/regional/qt_values.h"
 
 namespace platform::regional {
@@ -14,21 +15,6 @@ namespace {
 
 constexpr QLatin1String kPlainDate("yyyy-MM-dd");
 constexpr QLatin1String kPlainTime("HH:mm:ss");
-
-/// The long time without its zone: " t", "t ", " (t)", ", t", "[t]".
-QString RepairedTimeFormat(QString format)
-{
-    static const QRegularExpression zone(QStringLiteral("[ ,]*[(\\[]?\\bt\\b[)\\]]?\\s*"));
-    return format.replace(QChar(0x202F), QLatin1Char(' ')).remove(zone).trimmed();
-}
-
-/// The short date with a four-digit year, without blanks and direction marks.
-QString RepairedDateFormat(QString format)
-{
-    static const QRegularExpression shortYear(QStringLiteral("(?<!y)yy(?!y)"));
-    static const QRegularExpression blanksAndMarks(QStringLiteral("[\\s\\x{A0}\\p{Cf}]"));
-    return format.replace(shortYear, QStringLiteral("yyyy")).remove(blanksAndMarks);
-}
 
 bool InAnsiCodePage(const std::string& utf8)
 {
@@ -40,11 +26,31 @@ bool NumbersServe(const QLocale& locale)
     return locale.zeroDigit() == QLatin1String("0") && InAnsiCodePage(FromQt(locale.decimalPoint()));
 }
 
+/// The text without the separators of its digit groups. Qt refuses them in 28 of its locales where only one digit stands
+/// before the first, as in "1.500" in Spain, and in two of these where only two do.
+QString WithoutGroupSeparators(QString text, const QLocale& locale)
+{
+    const QString separator = locale.groupSeparator();
+    if (separator.isEmpty())
+        return text;
+    // Whoever has a no-break space there types a plain blank.
+    const QString one =
+        separator[0].isSpace() ? QStringLiteral("\\s") : QRegularExpression::escape(separator);
+    const QRegularExpression::PatternOptions unicode = QRegularExpression::UseUnicodePropertiesOption;
+    const QRegularExpression grouped(QStringLiteral("^[-+]?\\d{1,3}(?:%1\\d{3})+(?!%1|\\d)").arg(one),
+                                     unicode);
+    text = text.trimmed();
+    QString integralPart = grouped.match(text).captured();
+    const QString rest = text.mid(integralPart.size());
+    return integralPart.remove(QRegularExpression(one, unicode)) + rest;
+}
+
 }  // namespace
 
 RegionalFormats::RegionalFormats(const QLocale& locale)
-    : date_{locale, RepairedDateFormat(locale.dateFormat(QLocale::ShortFormat))},
-      time_{locale, RepairedTimeFormat(locale.timeFormat(QLocale::LongFormat))},
+    : date_{locale, DatePattern(locale)},
+      time_{locale, TimePattern(locale)},
+      isDayFirst_(IsDayFirst(locale)),
       typed_(locale),
       numbers_(NumbersServe(locale) ? locale : QLocale::c())
 {
@@ -69,7 +75,7 @@ bool RegionalFormats::TimeFormatServes() const
 {
     constexpr std::array kSamples = {std::array{0, 0, 0}, std::array{3, 7, 9}, std::array{12, 30, 5},
                                      std::array{15, 7, 9}, std::array{23, 59, 59}};
-    return std::ranges::all_of(kSamples, [this](const auto& sample) {
+    return !time_.pattern.isEmpty() && std::ranges::all_of(kSamples, [this](const auto& sample) {
         const QTime time(sample[0], sample[1], sample[2]);
         const QString text = time_.locale.toString(time, time_.pattern);
         return InAnsiCodePage(FromQt(text)) && Time(text) == time;
@@ -96,10 +102,12 @@ std::optional<double> RegionalFormats::Number(std::string_view text) const
     // Some locales write the exponent with a capital and accept no other.
     const QString spelled = ToQt(text).replace(QLatin1Char('e'), QLatin1Char('E'));
     for (const QLocale& locale : {typed_, numbers_}) {
-        bool isNumber = false;
-        const double number = locale.toDouble(spelled, &isNumber);
-        if (isNumber && std::isfinite(number))
-            return number;
+        for (const QString& form : {spelled, WithoutGroupSeparators(spelled, locale)}) {
+            bool isNumber = false;
+            const double number = locale.toDouble(form, &isNumber);
+            if (isNumber && std::isfinite(number))
+                return number;
+        }
     }
     return std::nullopt;
 }
@@ -115,9 +123,8 @@ QDate RegionalFormats::Date(const QString& text) const
     const auto match = yearLast.match(text);
     if (!match.hasMatch())
         return {};
-    const bool dayFirst = date_.pattern.indexOf(QLatin1Char('d')) < date_.pattern.indexOf(QLatin1Char('M'));
-    const int day = match.captured(dayFirst ? 1 : 3).toInt();
-    const int month = match.captured(dayFirst ? 3 : 1).toInt();
+    const int day = match.captured(isDayFirst_ ? 1 : 3).toInt();
+    const int month = match.captured(isDayFirst_ ? 3 : 1).toInt();
     return {match.captured(4).toInt(), month, day};
 }
 

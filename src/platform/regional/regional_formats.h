@@ -7,9 +7,9 @@
 
 namespace platform::regional {
 
-/// The formats of a locale, repaired where they cannot serve: no time zone, a four-digit year, no blanks or
-/// direction marks in the date. A format whose texts code page 1252 lacks, or that does not read back, gives
-/// way to yyyy-MM-dd or HH:mm:ss; numbers whose sign or digits it lacks are those of the C locale.
+/// The formats of a locale, with its patterns repaired. A date or time that code page 1252 cannot hold, or that does not
+/// read back, is written as yyyy-MM-dd or HH:mm:ss instead, and a number whose decimal sign or digits the code page
+/// lacks as in the C locale.
 class RegionalFormats final : public platform::RegionalFormats {
 public:
     explicit RegionalFormats(const QLocale& locale);
@@ -19,8 +19,8 @@ public:
     [[nodiscard]] std::string DecimalSign() const override;
     [[nodiscard]] std::optional<double> Number(std::string_view text) const override;
 
-    /// Dates are read in the locale's order of day and month, or as yyyy-MM-dd; times in the locale's long
-    /// format, or with colons, in 24 hours or with AM or PM.
+    /// Dates are read in the region's order of day and month, or as yyyy-MM-dd; times as they are written, or with
+    /// colons, in 24 hours or with AM or PM.
     [[nodiscard]] std::optional<DateTime> DateOrTime(std::string_view text) const override;
 
 private:
@@ -37,6 +37,7 @@ private:
 
     Format date_;
     Format time_;
+    bool isDayFirst_;  ///< The region's order, also where its own date does not serve.
     QLocale typed_;    ///< What the operator's keyboard has: perhaps other digits than those written.
     QLocale numbers_;  ///< How numbers are written.
 };
