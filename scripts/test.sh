@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Checks everything: formatting, the manual, clang-tidy of what ships, the release build, and all tests under the address
-# and undefined-behaviour sanitizers. Needs no display; the tests of the network stay in a namespace of their own.
+# Checks everything: formatting, rooms, manual, clang-tidy of what ships, the release build, and all tests under the
+# address and undefined-behaviour sanitizers. Needs no display; the tests of the network stay in a namespace of their own.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
@@ -13,6 +13,9 @@ mapfile -t sources < <(git ls-files 'src/*.cpp' 'tools/*.cpp')
 
 echo "== Formatting"
 clang-format-14 --dry-run -Werror "${headers_and_sources[@]}"
+
+echo "== Rooms"
+scripts/check_rooms.sh
 
 echo "== Manual"
 scripts/check_manual.sh

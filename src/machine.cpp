@@ -5,6 +5,6 @@
 TillMachine::TillMachine(Machine& machine, platform::Schedule& schedule, std::function<void()> runPass)
     : timer(gate, machine.loop, schedule),
       events(gate, timer, std::move(runPass)),
-      winsock(gate, machine.formats),
-      multicast(gate)
+      winsock(gate, machine.loop, machine.formats),
+      multicast(gate, machine.loop)
 {}

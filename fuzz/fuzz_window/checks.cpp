@@ -11,8 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "end_to_end/qt_loop.h"
 #include "fuzz_window/stage.h"
-#include "sockets/event_loop.h"
 #include "sockets/peer.h"
 
 /// Of the address sanitizer; g++ 12 has no header for it.
@@ -23,7 +23,6 @@ namespace checks {
 namespace {
 
 using platform::sockets::Peer;
-using platform::sockets::WaitFor;
 using platform::window::ListBox;
 using platform::window::MainWindow;
 
@@ -48,7 +47,7 @@ std::string LastLine(ListBox& list)
 
 void ExpectStatus(MainWindow& window, const std::string& message)
 {
-    Require(WaitFor([&] { return LastLine(window.lstStatus).find(message) != std::string::npos; }),
+    Require(qtLoop.WaitFor([&] { return LastLine(window.lstStatus).find(message) != std::string::npos; }),
             "no" + message + " but " + LastLine(window.lstStatus));
 }
 
@@ -74,11 +73,11 @@ void PlaysStream(MainWindow& window, bool isServer)
     std::string all;
     for (const std::string& record : stage::Feed())
         all += record;
-    Peer listener = Peer::Listening();
+    Peer listener = Peer::Listening(qtLoop);
     if (!isServer)
         window.txtPortNumber.SetText(listener.PortText());
     Play(window, "0");  // no ticks: without a peer the records would be lost
-    Peer peer = isServer ? Peer::ConnectTo(stage::kPort) : listener.Accepted();
+    Peer peer = isServer ? Peer::ConnectTo(qtLoop, stage::kPort) : listener.Accepted();
     ExpectStatus(window, "  Connected to IP ");
     Play(window, "1");
     Require(peer.Receive(all.size()) == all, "the stream is not the feed");
@@ -141,7 +140,7 @@ void PlaysWholeFeed(MainWindow& window, Feed feed)
     if (isStream)
         PlaysStream(window, feed == Feed::kServer);
     else
-        PlaysDatagrams(window, isGroup ? Peer::InGroup("239.1.2.3") : Peer::Datagrams());
+        PlaysDatagrams(window, isGroup ? Peer::InGroup(qtLoop, "239.1.2.3") : Peer::Datagrams(qtLoop));
 }
 
 void LogIsWellFormed(const std::string& content)
@@ -167,7 +166,7 @@ Usage UsageAtRest(MainWindow& window)
          {&window.txtIPAddress, &window.txtPortNumber, &window.txtTimerInterval})
         box->SetText("1");
     const std::size_t lines = MemoryOfLines(window.lstStatus);
-    Require(platform::sockets::ComesToRest(), "the event loop finds no rest");
+    Require(qtLoop.ComesToRest(), "the event loop finds no rest");
     return {platform::sockets::OpenDescriptors(), __sanitizer_get_current_allocated_bytes() - lines};
 }
 

@@ -41,21 +41,6 @@ std::int32_t frmConnect::WholeNumber(const std::string& text) const
     return platform::ToLong(text, formats_);
 }
 
-bool frmConnect::IsClientRole() const
-{
-    return platform::UpperCase(ConnectMode) == "CONNECT";
-}
-
-bool frmConnect::IsTcp() const
-{
-    return platform::UpperCase(ProtocolName) == "TCP";
-}
-
-bool frmConnect::IsMulticast() const
-{
-    return platform::UpperCase(ProtocolName) == "MCAST";
-}
-
 void frmConnect::RecordAbandoned(const std::string& procedure)
 {
     globals_.WriteErrorLog(platform::CurrentFailure(), procedure);

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "app/mod_globals.h"
 #include "app/pending_failure.h"
@@ -14,6 +13,7 @@
 #include "platform/event_queue.h"
 #include "platform/file_system.h"
 #include "platform/regional_formats.h"
+#include "transport/protocol.h"
 
 namespace trellivan {
 
@@ -48,11 +48,9 @@ private:
     // app: what all procedures share
     [[nodiscard]] std::string TimeOfDay() const;
     [[nodiscard]] std::int32_t WholeNumber(const std::string& text) const;
-    [[nodiscard]] bool IsClientRole() const;
-    [[nodiscard]] bool IsTcp() const;
-    [[nodiscard]] bool IsMulticast() const;
-    template <class Action>
-    static void Recover(Action&& action);
+    [[nodiscard]] bool IsClientRole() const { return RoleOf(ConnectMode) == Role::kConnect; }
+    [[nodiscard]] bool IsTcp() const { return ProtocolOf(ProtocolName) == Protocol::kTcp; }
+    [[nodiscard]] bool IsMulticast() const { return ProtocolOf(ProtocolName) == Protocol::kMulticast; }
     void RecordAbandoned(const std::string& procedure);
     void Record(PendingFailure& pending, const std::string& description, const std::string& procedure);
     void RecordIfPending(PendingFailure& pending, const std::string& procedure);
@@ -126,12 +124,5 @@ private:
     std::int32_t RecordsSent = 0;       // records shown since the last Clear
     std::int32_t StatusLinesAdded = 0;  // index of the next line of lstStatus
 };
-
-/// One step of a recovery: what fails in it is let go, so that the rest of the recovery still runs.
-template <class Action>
-void frmConnect::Recover(Action&& action)
-{
-    PendingFailure().Step(std::forward<Action>(action));
-}
 
 }  // namespace trellivan

@@ -49,4 +49,11 @@ private:
     std::optional<platform::Failure> last_;
 };
 
+/// Runs an action of which a failure leaves no record and stops nothing.
+template <class Action>
+void IgnoringFailure(Action&& action)
+{
+    PendingFailure().Step(std::forward<Action>(action));
+}
+
 }  // namespace trellivan

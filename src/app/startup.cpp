@@ -1,7 +1,6 @@
 #include <initializer_list>
 
 #include "app/frm_connect.h"
-#include "platform/conversions.h"
 
 namespace trellivan {
 
@@ -20,7 +19,7 @@ void frmConnect::Form_Load()  // continue
 void frmConnect::OpenTransport(PendingFailure& pending)
 {
     // The list decides, not ProtocolName, which is still empty where no settings were found.
-    if (pending.Test([&] { return platform::UpperCase(cboProtocol.Text()) == "MCAST"; }))
+    if (pending.Test([&] { return ProtocolOf(cboProtocol.Text()) == Protocol::kMulticast; }))
         pending.Step([&] { OpenMulticastGroup(); });
     else
         SetWinsockSettings();

@@ -24,8 +24,9 @@ std::optional<IniValue> WholeNumber(double number)
 
 float Single(double number)
 {
-    if (std::abs(number) > std::numeric_limits<float>::max())
-        throw platform::Failure(platform::failure::kOverflow, "Overflow: a number is too large for a Single");
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    if (std::abs(number) > kLargest)
+        throw platform::Overflow("the number", number, -kLargest, kLargest);
     return static_cast<float>(number);
 }
 

@@ -60,13 +60,14 @@ void frmConnect::LoadText(PendingFailure& pending, const std::string& section, c
     variable = text;
 }
 
-/// A text that the list refuses reaches the variable all the same, and leaves no record.
+/// A text that the list refuses is no failure of the load: the variable takes it, the list keeps its item, and there is
+/// no record.
 void frmConnect::LoadChoice(const std::string& key, platform::DropDownList& list, std::string& variable)
 {
     const std::string text = globals_.ReadINIText(kConnectionSection, key);
     if (text.empty())
         return;
-    Recover([&] { list.SetText(text); });
+    IgnoringFailure([&] { list.SetText(text); });
     variable = text;
 }
 
@@ -96,8 +97,9 @@ void frmConnect::SaveConfigSettings()  // continue
         pending.Step([&] { variable = control.Text(); });
     };
     add(kTimerSection, "Interval", [&] { return txtTimerInterval.Text(); });
-    pending.Step(
-        [&] { TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_)); });
+    pending.Step([&] {
+        TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_), "Timer Speed");
+    });
     save("IpAddress", txtIPAddress, IPAddress);
     save("PortNumber", txtPortNumber, PortNumber);
     save("Protocol", cboProtocol, ProtocolName);

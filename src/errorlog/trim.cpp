@@ -24,7 +24,7 @@ public:
         if (blank == std::string_view::npos || blank == 0)
             return true;
         const std::string_view text = line.substr(0, blank);
-        // The lines of one day follow each other, and reading a date is the dear part of a large log.
+        // Most lines have the date of the line before, and reading a date takes longer than all else here.
         if (text != lastText_) {
             lastKept_ = KeepsDate(text);
             lastText_ = text;
@@ -72,7 +72,7 @@ void TrimErrorLog(std::int32_t lineLimit, DateTime ageCutoff, const std::string&
         if (ageCutoff > platform::kNoLogAgeLimit)
             DropOldLines(*log, AgeLimit(ageCutoff, formats));
     } catch (...) {
-        // Nothing of the program depends on a trimmed log, and a record about it would only make it longer.
+        // The program runs as well with a long log, and a record about it would make it longer still.
     }
 }
 

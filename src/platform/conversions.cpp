@@ -1,6 +1,8 @@
 #include "platform/conversions.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace platform {
 namespace {
@@ -14,7 +16,21 @@ std::string Mapped(std::string_view text, char first, char last, int shift)
     return result;
 }
 
+/// As people write numbers: without an exponent up to 15 digits.
+std::string Digits(double number)
+{
+    std::array<char, 32> buffer{};
+    const auto end = std::to_chars(buffer.begin(), buffer.end(), number, std::chars_format::general, 15).ptr;
+    return {buffer.begin(), end};
+}
+
 }  // namespace
+
+Failure Overflow(std::string_view what, double number, double lowest, double highest)
+{
+    return {failure::kOverflow, "Overflow: " + std::string(what) + " " + Digits(number) + " is not between " +
+                                    Digits(lowest) + " and " + Digits(highest)};
+}
 
 double ToNumber(std::string_view text, const RegionalFormats& formats)
 {
@@ -25,7 +41,7 @@ double ToNumber(std::string_view text, const RegionalFormats& formats)
 
 std::int32_t ToLong(std::string_view text, const RegionalFormats& formats)
 {
-    return ToInteger<std::int32_t>(ToNumber(text, formats));
+    return ToInteger<std::int32_t>(ToNumber(text, formats), "the port");
 }
 
 std::string UpperCase(std::string_view text)

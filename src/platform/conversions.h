@@ -18,14 +18,19 @@ namespace platform {
     return std::nearbyint(number);
 }
 
+/// The Failure (kOverflow) of a number that lies outside a range. `what` says in the description whose number it is.
+[[nodiscard]] Failure Overflow(std::string_view what, double number, double lowest, double highest);
+
 /// A number rounded, halves to the even neighbour, into a whole-number type. Failure: kOverflow where the
 /// rounded number does not fit.
 template <class Integer>
-[[nodiscard]] Integer ToInteger(double number)
+[[nodiscard]] Integer ToInteger(double number, std::string_view what = "the number")
 {
+    constexpr double kLowest = std::numeric_limits<Integer>::min();
+    constexpr double kHighest = std::numeric_limits<Integer>::max();
     const double whole = RoundHalfToEven(number);
-    if (!(whole >= std::numeric_limits<Integer>::min() && whole <= std::numeric_limits<Integer>::max()))
-        throw Failure(failure::kOverflow, "Overflow");
+    if (!(whole >= kLowest && whole <= kHighest))
+        throw Overflow(what, number, kLowest, kHighest);
     return static_cast<Integer>(whole);
 }
 

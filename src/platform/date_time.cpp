@@ -2,8 +2,7 @@
 
 #include <cmath>
 
-#include "platform/failure.h"
-#include "platform/failure_numbers.h"
+#include "platform/conversions.h"
 
 namespace platform {
 namespace {
@@ -18,14 +17,14 @@ DateTime Checked(DateTime moment)
     using namespace std::chrono;
     const auto year = year_month_day{floor<days>(moment)}.year();
     if (year < std::chrono::year{100} || year > std::chrono::year{9999})
-        throw Failure(failure::kOverflow, "Overflow: a date lies outside the years 100 to 9999");
+        throw Overflow("the year", static_cast<int>(year), 100, 9999);
     return moment;
 }
 
 milliseconds Days(double days)
 {
     if (!(std::abs(days) <= kMostDays))
-        throw Failure(failure::kOverflow, "Overflow: a number of days lies outside the years 100 to 9999");
+        throw Overflow("the number of days", days, -kMostDays, kMostDays);
     return milliseconds{std::llround(days * kMillisecondsPerDay)};
 }
 

@@ -18,7 +18,7 @@ void frmConnect::cmdPlay_Click()  // abandon
         }
         tmrSendData.SetEnabled(true);
     } catch (...) {
-        Recover([&] { tmrSendData.SetEnabled(false); });
+        IgnoringFailure([&] { tmrSendData.SetEnabled(false); });
         RecordAbandoned("frmConnect.cmdPlayPause");
     }
 }
@@ -50,7 +50,7 @@ void frmConnect::TakeInterval()
     const auto interval = AcceptedInterval(txtTimerInterval.Text());
     if (!interval)
         return;
-    TimerInterval = platform::ToInteger<std::int16_t>(*interval);
+    TimerInterval = platform::ToInteger<std::int16_t>(*interval, "Timer Speed");
     tmrSendData.SetInterval(TimerInterval);
 }
 
@@ -62,6 +62,9 @@ std::optional<double> frmConnect::AcceptedInterval(const std::string& text) cons
     return platform::RoundHalfToEven(*number);
 }
 
+/// Called after the set-up, which in the role Listen has opened the port already. Over UDP and MCAST it has only bound
+/// it (State is kOpen), and a tick sends only once the socket listens; so Play opens it again, whatever the protocol.
+/// Over TCP that changes nothing but the status list, which shows the listening line twice.
 void frmConnect::ConnectOrListen()
 {
     WinsockConnect.Close();

@@ -1,5 +1,7 @@
 #include "replay/record_format.h"
 
+#include <array>
+#include <cstdio>
 #include <string_view>
 #include <variant>
 
@@ -17,8 +19,10 @@ std::uint8_t CodeOf(char32_t character)
 {
     if (const auto code = platform::AnsiCode(character))
         return *code;
-    throw platform::Failure(platform::failure::kOverflow,
-                            "Overflow: a character of the record fits in no byte");
+    std::array<char, 16> name{};
+    std::snprintf(name.data(), name.size(), "U+%04X", static_cast<unsigned>(character));
+    throw platform::Failure(platform::failure::kOverflow, std::string("Overflow: the record's character ") +
+                                                              name.data() + " fits in no byte");
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ void frmConnect::tmrSendData_Timer()  // continue; a tick that ends early record
     RecordIfPending(pending, "frmConnect.tmrSendData");
 }
 
+/// True when the tick may send.
 bool frmConnect::SocketReady(PendingFailure& pending)
 {
     std::int16_t savedState = WinsockControl::kClosed;

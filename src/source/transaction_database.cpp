@@ -33,7 +33,7 @@ void frmConnect::InitializeDB()  // abandon
         DBInitialized = true;
     } catch (...) {
         RecordAbandoned("frmConnect.InitializeDB");
-        Recover([&] { RefuseDatabase(" Error Initializing Database"); });
+        IgnoringFailure([&] { RefuseDatabase(" Error Initializing Database"); });
     }
 }
 

@@ -11,7 +11,7 @@ void frmConnect::WinsockConnect_Connect()  // abandon
             ShowStatus("  Connected on Port " + PortNumber + "  ");
     } catch (...) {
         RecordAbandoned("frmConnect.WinsockConnect.Connect");
-        Recover([&] { tmrSendData.SetEnabled(false); });
+        IgnoringFailure([&] { tmrSendData.SetEnabled(false); });
     }
 }
 
@@ -41,8 +41,8 @@ void frmConnect::WinsockConnect_Close()  // abandon
         }
     } catch (...) {
         RecordAbandoned("frmConnect.WinsockConnect.Close");
-        Recover([&] { ShowStatus(" Error in Closing Winsock Connection"); });
-        Recover([&] { tmrSendData.SetEnabled(false); });
+        IgnoringFailure([&] { ShowStatus(" Error in Closing Winsock Connection"); });
+        IgnoringFailure([&] { tmrSendData.SetEnabled(false); });
     }
 }
 

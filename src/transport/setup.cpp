@@ -5,6 +5,8 @@ namespace trellivan {
 
 using platform::WinsockControl;
 
+/// In the role Listen it opens the port as well, so that a receiver can connect from the program's start on. Play closes
+/// that port and opens it again: see ConnectOrListen.
 void frmConnect::SetWinsockSettings()  // abandon
 {
     try {

@@ -90,7 +90,7 @@ TEST(BadPort, IsReportedAtTheStartAndOnPlay)
 
 TEST(BadAddress, IsReportedAtTheStartAndOnPlay)
 {
-    const Peer listener = Peer::Listening("127.0.0.1", 5015);
+    const Peer listener = Peer::Listening(qtLoop, "127.0.0.1", 5015);
     const Texts unknownHost = Lost("11001");
     const Texts noGroup = {"  File Complete", "380" + kTick, "380" + kTick, "380" + kTick};
     ExpectReports({{kClient, "", {}, {"  Connected to IP 127.0.0.1  "}},
@@ -112,21 +112,21 @@ TEST(OddRecords, GoOutWholeOrAreRefusedAloneAndRecorded)
 {
     const std::string longest(65507, 'x');  // that a datagram holds
     const Texts records = {"", longest, longest + 'y', "last"};
-    Peer listener = Peer::Listening();
+    Peer listener = Peer::Listening(qtLoop);
     RunningProgram stream({.port = listener.PortText()}, records);
     Peer peer = stream.Connect(listener);
     stream.Play("1");
     EXPECT_TRUE(stream.Reports({"  File Complete"}));
     EXPECT_EQ(peer.Receive(Joined(records).size()), Joined(records));
 
-    Peer receiver = Peer::Datagrams();
+    Peer receiver = Peer::Datagrams(qtLoop);
     RunningProgram datagrams({.protocol = "UDP", .port = receiver.PortText()}, records);
     datagrams.Play("1");
     EXPECT_TRUE(datagrams.Reports({"  File Complete", "10040" + kTick}));
     for (const std::string& record : {std::string(), longest, std::string("last")})
         EXPECT_EQ(receiver.ReceiveDatagram(), record);
 
-    Peer member = Peer::InGroup("239.1.2.3");
+    Peer member = Peer::InGroup(qtLoop, "239.1.2.3");
     RunningProgram group({.protocol = "MCAST", .address = "239.1.2.3", .port = member.PortText()}, records);
     group.Play("1");
     EXPECT_TRUE(group.Reports({"  File Complete", "9" + kTick, "10040" + kTick}));

@@ -1,5 +1,4 @@
 #include "end_to_end/running_program.h"
-#include "sockets/event_loop.h"
 #include "sockets/fresh_network.h"
 
 /// What becomes of a connection, and what the operator reads about it.
@@ -8,7 +7,6 @@ namespace {
 using platform::sockets::FreshNetwork;
 using platform::sockets::OpenDescriptors;
 using platform::sockets::Peer;
-using platform::sockets::WaitFor;
 
 constexpr std::uint16_t kPort = 5015;
 constexpr const char* kGroup = "239.1.2.3";
@@ -28,12 +26,12 @@ const std::string kNoPeer = "40006|frmConnect.tmrSendData";
 
 Peer ListeningPeer()
 {
-    return Peer::Listening("127.0.0.1", kPort);
+    return Peer::Listening(qtLoop, "127.0.0.1", kPort);
 }
 
 Peer ServedPeer(RunningProgram& program)
 {
-    Peer peer = Peer::ConnectTo(kPort);
+    Peer peer = Peer::ConnectTo(qtLoop, kPort);
     EXPECT_TRUE(program.Reports({kAccepted}));
     return peer;
 }
@@ -88,7 +86,7 @@ TEST(ClientConnection, APeerThatEndsItsSideGetsWhatIsUnderWayAndTheNextOneTheRes
     RunningProgram program({.reconnect = "YES"}, records);
     Peer first = program.Connect(listener);
     program.Play("1");
-    EXPECT_TRUE(WaitFor([&] { return program.RecordsShown() >= 75; }));
+    EXPECT_TRUE(qtLoop.WaitFor([&] { return program.RecordsShown() >= 75; }));
     first.EndSending();
     EXPECT_TRUE(program.Reports({kClosed, "   Connecting to ", kConnected, "  File Complete"}));
     const std::string begun = first.ReceiveAll();
@@ -103,7 +101,7 @@ TEST(ClientConnection, AttemptsFollowEachOtherUntilOneSucceedsOrTheOperatorEndsT
     for (const bool succeeds : {false, true}) {
         RunningProgram program({.reconnect = "YES"});
         program.Play();
-        EXPECT_TRUE(WaitFor([&] { return program.LinesWaiting() >= 30; }));
+        EXPECT_TRUE(qtLoop.WaitFor([&] { return program.LinesWaiting() >= 30; }));
         const int attempts = program.LinesWaiting() / 3 + 1;  // the last of them is under way
         Texts expected;
         for (int attempt = 0; attempt < attempts; ++attempt)
@@ -129,7 +127,7 @@ TEST(ServerConnection, ServesOnePeerAfterTheOtherHoweverTheyLeave)
     Peer first = ServedPeer(program);
     program.SendRecords(1);
     EXPECT_EQ(first.Receive(3), "one");
-    EXPECT_EQ(Peer::ConnectTo(kPort).ReceiveAll(), "");  // refused: nobody listens now
+    EXPECT_EQ(Peer::ConnectTo(qtLoop, kPort).ReceiveAll(), "");  // refused: nobody listens now
     EXPECT_TRUE(program.Reports({}));
     first.Close();
     EXPECT_TRUE(program.Reports({kClosed, kListening}));
@@ -187,12 +185,12 @@ TEST(ServerConnection, PeersComeAndGoAThousandTimesWithoutLeavingAnythingBehind)
     EXPECT_TRUE(program.Reports({kListening}));
     const std::size_t before = OpenDescriptors();
     for (int time = 0; time < 1000; ++time) {
-        Peer peer = Peer::ConnectTo(kPort);
-        ASSERT_TRUE(WaitFor([&] { return program.LinesWaiting() == 1; }));
+        Peer peer = Peer::ConnectTo(qtLoop, kPort);
+        ASSERT_TRUE(qtLoop.WaitFor([&] { return program.LinesWaiting() == 1; }));
         peer.Close();
         ASSERT_TRUE(program.Reports({kAccepted, kClosed, kListening}));
     }
-    EXPECT_TRUE(WaitFor([&] { return OpenDescriptors() == before; }))
+    EXPECT_TRUE(qtLoop.WaitFor([&] { return OpenDescriptors() == before; }))
         << OpenDescriptors() << " from " << before;
 }
 
@@ -200,7 +198,7 @@ TEST(DatagramConnection, AReceiverThatStartsLateGetsTheLaterRecords)
 {
     RunningProgram program({.protocol = "UDP"});
     program.SendRecords(2);
-    Peer receiver = Peer::Datagrams("127.0.0.1", kPort);
+    Peer receiver = Peer::Datagrams(qtLoop, "127.0.0.1", kPort);
     program.SendRecords(1);
     EXPECT_EQ(receiver.ReceiveDatagram(), "three");
 }

@@ -2,13 +2,11 @@
 
 #include "check_feed/feed_check.h"
 #include "end_to_end/running_program.h"
-#include "sockets/event_loop.h"
 
 /// A whole day's sample database against a real receiver.
 namespace {
 
 using platform::sockets::Peer;
-using platform::sockets::WaitFor;
 
 constexpr const char* kMdb = DATABASES_FOLDER "/shop_day.mdb";
 constexpr const char* kSdd = DATABASES_FOLDER "/shop_day.sdd";
@@ -32,7 +30,7 @@ std::string Replayed(RunningProgram& program, Peer listener, std::size_t bytes)
 
 TEST(Replay, ATcpReceiverGetsTheWholeDayByteForByte)
 {
-    Peer listener = Peer::Listening();
+    Peer listener = Peer::Listening(qtLoop);
     RunningProgram program({.port = listener.PortText(), .database = kMdb});
     EXPECT_EQ(program.Window().txtFilePath.Text(), kMdb);
     const std::string day = Joined(SampleFeed());
@@ -41,7 +39,7 @@ TEST(Replay, ATcpReceiverGetsTheWholeDayByteForByte)
 
 TEST(Replay, TransferTimePutsEachRecordedTimeBehindItsRecord)
 {
-    Peer listener = Peer::Listening();
+    Peer listener = Peer::Listening(qtLoop);
     RunningProgram program({.port = listener.PortText(), .database = kSdd});
     program.Window().chkTransferTime.SetValue(1);
     const std::string tail =
@@ -63,8 +61,8 @@ TEST(Replay, EachRecordIsOneDatagram)
         const char* address;
         Peer receiver;
     };
-    Case cases[] = {{"UDP", "127.0.0.1", Peer::Datagrams()},
-                    {"MCAST", "239.1.2.3", Peer::InGroup("239.1.2.3")}};
+    Case cases[] = {{"UDP", "127.0.0.1", Peer::Datagrams(qtLoop)},
+                    {"MCAST", "239.1.2.3", Peer::InGroup(qtLoop, "239.1.2.3")}};
     for (auto& [protocol, address, receiver] : cases) {
         RunningProgram program(
             {.protocol = protocol, .address = address, .port = receiver.PortText(), .database = kMdb});

@@ -4,11 +4,7 @@
 #include <sstream>
 
 #include "make_database/database_writer.h"
-#include "sockets/event_loop.h"
 #include "support/files.h"
-
-using platform::sockets::ComesToRest;
-using platform::sockets::WaitFor;
 
 namespace {
 
@@ -62,7 +58,8 @@ void RunningProgram::SendRecords(int count)
 {
     const int shown = RecordsShown() + count;
     Play("1");
-    EXPECT_TRUE(WaitFor([&] { return RecordsShown() == shown; })) << RecordsShown() << " records shown";
+    EXPECT_TRUE(qtLoop.WaitFor([&] { return RecordsShown() == shown; }))
+        << RecordsShown() << " records shown";
     Window().cmdPause.click();
 }
 
@@ -71,8 +68,8 @@ testing::AssertionResult RunningProgram::Reports(const Texts& expected)
     const auto linesAndRecords = [this] {
         return static_cast<std::size_t>(LinesWaiting()) + Records().size() - recordsTaken_;
     };
-    const bool came = WaitFor([&] { return linesAndRecords() >= expected.size(); });
-    const bool rests = ComesToRest();
+    const bool came = qtLoop.WaitFor([&] { return linesAndRecords() >= expected.size(); });
+    const bool rests = qtLoop.ComesToRest();
     const Texts reported = TakeReports();
     if (came && rests && reported == expected)
         return testing::AssertionSuccess();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "end_to_end/qt_loop.h"
 #include "sockets/peer.h"
 #include "support/temporary_folder.h"
 #include "window/trellivan.h"

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,74 +11,61 @@
 #include "platform/multicast_control.h"
 #include "platform/winsock_control.h"
 
-/// The socket components and the event queue, held in memory: a program plays the network by setting `state`
-/// and raising the events.
+/// The socket components and the event queue, held in memory: a test plays the network by setting `state` and raising
+/// the events. A call is refused where the interface says so.
 namespace platform::fakes {
 
 class Winsock : public WinsockControl, private Journaled {
 public:
     Winsock(Journal& journal, const std::string& name) : Journaled(journal, name) {}
 
-    void SetProtocol(Protocol protocol) override
-    {
-        Call("SetProtocol", protocol == Protocol::kTcp ? "TCP" : "UDP");
-    }
-    void SetRemoteHost(const std::string& host) override { Call("SetRemoteHost", host); }
-    void SetRemotePort(std::int32_t port) override { Call("SetRemotePort", std::to_string(port)); }
-    void SetLocalPort(std::int32_t port) override { Call("SetLocalPort", std::to_string(port)); }
-    [[nodiscard]] std::int16_t State() const override
-    {
-        Call("State");
-        return state;
-    }
-    void Connect() override { Move("Connect", kConnecting); }
-    void Connect(const std::string& host, const std::string& port) override
-    {
-        Move("Connect " + host + " " + port, kConnecting);
-    }
-    void Listen() override { Move("Listen", kListening); }
-    void Accept(RequestId request) override { Move("Accept " + std::to_string(request), kConnected); }
-    void Bind(const std::string& port) override { Move("Bind " + port, kOpen); }
-    void SendData(const std::string& text) override
-    {
-        Call("SendData", text);
-        sent.push_back(text);
-    }
-    std::string GetData() override
-    {
-        Call("GetData");
-        return {};
-    }
-    void Close() override { Move("Close", kClosed); }
+    void SetProtocol(Protocol newProtocol) override;
+    void SetRemoteHost(const std::string& host) override;
+    void SetRemotePort(std::int32_t port) override;
+    void SetLocalPort(std::int32_t port) override;
+    [[nodiscard]] std::int16_t State() const override;
+    void Connect() override;
+    void Connect(const std::string& host, const std::string& port) override;
+    void Listen() override;
+    void Accept(RequestId request) override;
+    void Bind(const std::string& port) override;
+    void SendData(const std::string& text) override;
+    std::string GetData() override;
+    void Close() override;
+
+    /// A peer asks to be connected.
+    void Request(RequestId request);
 
     std::int16_t state = kClosed;
     std::vector<std::string> sent;
 
 private:
-    void Move(const std::string& call, std::int16_t newState)
-    {
-        Call(call);
-        state = newState;
-    }
+    void RequireClosed() const;
+    void RequirePort(std::int32_t port) const;
+    [[nodiscard]] bool HasTarget() const { return !remoteHost_.empty() && remotePort_ != 0; }
+    void ConnectToTarget();
+
+    Protocol protocol_ = Protocol::kTcp;
+    std::string remoteHost_;
+    std::int32_t remotePort_ = 0;
+    std::optional<RequestId> request_;
 };
 
 class Multicast : public MulticastControl, private Journaled {
 public:
     Multicast(Journal& journal, const std::string& name) : Journaled(journal, name) {}
 
-    void OpenGroup(const std::string& groupAddress, std::int32_t port) override
-    {
-        Call("OpenGroup", groupAddress + " " + std::to_string(port));
-    }
-    void CloseGroup() override { Call("CloseGroup"); }
+    void OpenGroup(const std::string& groupAddress, std::int32_t port) override;
+    void CloseGroup() override;
     void SendToGroup(const std::vector<std::uint8_t>& bytes, const std::string& groupAddress,
-                     std::int32_t port) override
-    {
-        Call("SendToGroup", groupAddress + " " + std::to_string(port));
-        sent.emplace_back(bytes.begin(), bytes.end());
-    }
+                     std::int32_t port) override;
 
     std::vector<std::string> sent;
+
+private:
+    void RequireGroup(const std::string& address, std::int32_t port) const;
+
+    bool closed_ = false;
 };
 
 class EventQueue : public platform::EventQueue, private Journaled {

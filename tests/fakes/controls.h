@@ -56,6 +56,8 @@ public:
     void SetValue(int newValue) override
     {
         Call("SetValue", std::to_string(newValue));
+        RefuseIf(newValue < kUnticked || newValue > kNeither, failure::kInvalidPropertyValue,
+                 "No check box has this value");
         value = newValue;
     }
 
@@ -99,17 +101,19 @@ public:
     void SetListIndex(std::int16_t index) override
     {
         Call("SetListIndex", std::to_string(index));
+        RefuseIf(index < -1 || index >= static_cast<std::int64_t>(lines.size()),
+                 failure::kInvalidPropertyValue, "The list has no such line");
         selected = index;
     }
     void Clear() override
     {
         Call("Clear");
         lines.clear();
-        selected.reset();
+        selected = -1;
     }
 
     std::vector<std::string> lines;
-    std::optional<std::int16_t> selected;
+    std::int32_t selected = -1;  // -1: none
 };
 
 class CommandButton : public platform::CommandButton {};
@@ -120,8 +124,7 @@ public:
     void SetInterval(int milliseconds) override
     {
         Call("SetInterval", std::to_string(milliseconds));
-        if (milliseconds < 0)
-            throw Failure(failure::kInvalidPropertyValue, "A negative interval");
+        RefuseIf(milliseconds < 0, failure::kInvalidPropertyValue, "A negative interval");
         interval = milliseconds;
     }
     void SetEnabled(bool nowEnabled) override

@@ -6,13 +6,14 @@
 #include <vector>
 
 #include "fakes/journal.h"
+#include "fakes/name_order.h"
 #include "platform/database.h"
 
 /// Databases held in memory: tables of rows in the order in which a query is to give them.
 namespace platform::fakes {
 
 /// One row: its values by column name. A column that is not there is a missing one.
-using Row = std::map<std::string, Value>;
+using Row = std::map<std::string, Value, NameOrder>;
 
 class RecordSet : public platform::RecordSet, private Journaled {
 public:

@@ -3,6 +3,8 @@
 #include <sstream>
 #include <vector>
 
+#include "platform/ansi_code_page.h"
+
 namespace platform::fakes {
 namespace {
 
@@ -33,6 +35,14 @@ void LockedText::KeepLines(const std::function<bool(std::int64_t number, std::st
         if (keep(++number, line))
             kept += line + "\r\n";
     content_ = kept;
+}
+
+std::string ProfileFile::FirstCharacters(std::string_view text, std::size_t length)
+{
+    std::string_view rest = text;
+    for (std::size_t count = 1; count < length && !rest.empty(); ++count)
+        static_cast<void>(TakeCharacter(rest));
+    return std::string(text.substr(0, text.size() - rest.size()));
 }
 
 }  // namespace platform::fakes

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "fakes/journal.h"
+#include "fakes/name_order.h"
 #include "platform/error_log.h"
+#include "platform/failure_numbers.h"
 #include "platform/file_system.h"
 #include "platform/profile_file.h"
 
@@ -39,19 +41,20 @@ public:
     void Append(const std::string& path, const std::string& bytes) override
     {
         Call("Append", bytes);
+        RefuseIf(path.empty(), failure::kPathNotFound, "There is no path");
         contents[path] += bytes;
     }
     [[nodiscard]] std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) override
     {
         Call("OpenLocked", path);
-        return std::make_unique<LockedText>(contents.at(path));
+        RefuseIf(!contents.contains(path), failure::kPathNotFound, "There is no file " + path);
+        return std::make_unique<LockedText>(contents[path]);
     }
 
     std::map<std::string, std::string> contents;
 };
 
-/// A profile file held in memory: its values by section and key, in the letter case in which they are asked
-/// for.
+/// The one profile file that there is, held in memory: its values by section and key.
 class ProfileFile : public platform::ProfileFile, private Journaled {
 public:
     ProfileFile(Journal& journal, const std::string& name) : Journaled(journal, name) {}
@@ -62,7 +65,7 @@ public:
     {
         Call("GetPrivateProfileStringA", section + " " + key + " " + std::to_string(length) + " " + path);
         const auto found = values.find({section, key});
-        return found == values.end() ? std::string() : found->second;
+        return found == values.end() ? std::string() : FirstCharacters(found->second, length);
     }
     void WritePrivateProfileStringA(const std::vector<ProfileEntry>& entries,
                                     const std::string& path) override
@@ -75,7 +78,11 @@ public:
             values[{section, key}] = value;
     }
 
-    std::map<std::pair<std::string, std::string>, std::string> values;
+    std::map<NameOrder::Pair, std::string, NameOrder> values;
+
+private:
+    /// One character less than `length`, as many as fit into a buffer of that length with its end mark.
+    [[nodiscard]] static std::string FirstCharacters(std::string_view text, std::size_t length);
 };
 
 /// The records, as "number|description|procedure".

@@ -26,6 +26,10 @@ public:
     /// Lets no call fail from now on.
     void FailNothing();
 
+    /// Lets no object refuse a call from now on: what an earlier call left undone does not show in a later one.
+    void RefuseNothing() { refuses_ = false; }
+    [[nodiscard]] bool Refuses() const { return refuses_; }
+
     [[nodiscard]] const std::vector<std::string>& Calls() const { return calls_; }
 
     void Clear() { calls_.clear(); }
@@ -37,9 +41,10 @@ private:
     std::vector<std::string> calls_;
     std::map<std::string, Failure> failing_;
     std::optional<std::size_t> failingIndex_;
+    bool refuses_ = true;
 };
 
-/// A named object that notes its calls.
+/// A named object that notes its calls, and refuses what its interface does not allow.
 class Journaled {
 protected:
     Journaled(Journal& journal, std::string name) : journal_(journal), name_(std::move(name)) {}
@@ -47,6 +52,12 @@ protected:
 
     void Call(const std::string& method) const { journal_.Call(name_ + "." + method); }
     void Call(const std::string& method, const std::string& argument) const { Call(method + " " + argument); }
+
+    void RefuseIf(bool notAllowed, int number, const std::string& description) const
+    {
+        if (notAllowed && journal_.Refuses())
+            throw Failure(number, description);
+    }
 
 private:
     Journal& journal_;

@@ -62,6 +62,7 @@ Texts Run(const Procedure& procedure, Program& program, int failing)
     procedure.prepare(program);
     program.TakeRecords();
     program.journal.Clear();
+    program.journal.RefuseNothing();
     if (failing >= 0)
         program.journal.FailAt(static_cast<std::size_t>(failing));
     procedure.run(program);
@@ -178,7 +179,7 @@ TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
                         {"frmConfig.DefaultSettings", {"lstStatus.Clear"}}}},
         {.name = "frmConnect.WinsockConnect.ConnectionRequest",
          .prepare = kStartListening,
-         .run = [](Program& program) { program.WinsockConnect.OnConnectionRequest(1); }},
+         .run = [](Program& program) { program.WinsockConnect.Request(1); }},
         {.name = "frmConnect.WinsockConnect.Error",
          .prepare = kStartListening,
          .run = [](Program& program) { program.WinsockConnect.OnError(7, "peer"); },
@@ -189,7 +190,8 @@ TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
         {.name = "frmConnect.MCSockConnect.Error",
          .prepare =
              [](Program& program) {
-                 program.StartPlaying({{"Reconnect", "YES"}, {"Protocol", "MCAST"}});
+                 program.StartPlaying(
+                     {{"Reconnect", "YES"}, {"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}});
              },
          .run = [](Program& program) { program.MCSockConnect.OnError(1, ""); },
          .untried = {"txtIPAddress.Text", "txtPortNumber.Text"}},

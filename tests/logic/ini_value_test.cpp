@@ -84,8 +84,10 @@ TEST_F(GetIniValue, RecordsAFailureWithItsArguments)
     files.contents["/a.ini"] = "";
     profile.values[{"Numbers", "Key"}] = "1e39";
     EXPECT_FALSE(Get(kind::kSingle));
-    EXPECT_EQ(errorLog.records, Texts{"6|Overflow: a number is too large for a Single|"
-                                      "modGlobals.GetINIValue(/a.ini, Numbers, Key,, 4, 256)"});
+    EXPECT_EQ(
+        errorLog.records,
+        Texts{"6|Overflow: the number 1e+39 is not between -3.40282346638529e+38 and 3.40282346638529e+38|"
+              "modGlobals.GetINIValue(/a.ini, Numbers, Key,, 4, 256)"});
 }
 
 }  // namespace

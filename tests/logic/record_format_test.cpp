@@ -17,7 +17,9 @@ TEST(StringToBytes, GivesOneByteForEachCharacter)
     EXPECT_EQ(trellivan::StringToBytes("AB"), (Bytes{65, 66}));
     EXPECT_EQ(trellivan::StringToBytes(std::string("\0\xC3\xBC\xE2\x82\xAC", 6)), (Bytes{0, 0xFC, 0x80}));
     EXPECT_EQ(FailureOf([] { return trellivan::StringToBytes(""); }), 9);
-    EXPECT_EQ(FailureOf([] { return trellivan::StringToBytes("A\xF0\x9F\x98\x80"); }), 6);
+    const auto failure = ThrownBy([] { return trellivan::StringToBytes("A\xF0\x9F\x98\x80"); });
+    EXPECT_EQ(failure.Number(), 6);
+    EXPECT_EQ(failure.Description(), "Overflow: the record's character U+1F600 fits in no byte");
 }
 
 TEST(LongTimeText, ShowsTheTimeOfWhatReadsAsOne)

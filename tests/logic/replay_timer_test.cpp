@@ -47,12 +47,14 @@ TEST(Replay, MulticastSendsBytesAndLooksAtNoSocketState)
     EXPECT_EQ(program.MCSockConnect.sent, Texts{"\x80 5"});
 }
 
-TEST(Replay, AListeningSocketIsLeftAlone)
+TEST(Replay, AListeningSocketIsLeftAloneAndLosesTheRecord)
 {
     Program program;
     program.StartPlaying({{"Connect", "Listen"}});
     program.Tick();
     EXPECT_EQ(program.TakeSocketCalls(), (Texts{"State", "SendData first"}));
+    EXPECT_EQ(program.DataViewList.lines, Texts{"first"});
+    EXPECT_EQ(program.TakeRecords(), Texts{"40006|There is nobody to send to|frmConnect.tmrSendData"});
 }
 
 TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
@@ -97,6 +99,8 @@ TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
         EXPECT_EQ(calls, c.reopening);
         EXPECT_EQ(program.TakeStatus(), c.status);
         EXPECT_EQ(program.tmrSendData.enabled, c.running);
+        const bool waits = c.stateAfterPauses == platform::WinsockControl::kListening;
+        EXPECT_EQ(program.TakeRecordNames(), Texts(waits ? 1 : 0, "frmConnect.tmrSendData"));
     }
 }
 
@@ -229,7 +233,9 @@ TEST(Replay, PastTheLastSelectableLineRecordsAreStillSentWithARecordEach)
     program.Tick(2);
     EXPECT_EQ(program.WinsockConnect.sent.size(), 32770U);
     EXPECT_EQ(program.DataViewList.selected, 32767);
-    EXPECT_EQ(program.TakeRecords(), Texts(2, "6|Overflow|frmConnect.tmrSendData"));
+    EXPECT_EQ(program.TakeRecords(),
+              (Texts{"6|Overflow: the number 32768 is not between -32768 and 32767|frmConnect.tmrSendData",
+                     "6|Overflow: the number 32769 is not between -32768 and 32767|frmConnect.tmrSendData"}));
     program.Tick();
     EXPECT_EQ(program.TakeStatus(), Texts{"  File Complete"});
 }

@@ -33,12 +33,16 @@ TEST(LoadSettings, AcceptsOrRefusesTheInterval)
 
 TEST(LoadSettings, ARefusedListTextLeavesNoRecordAndHidesNoEarlierFailure)
 {
-    const std::vector<std::pair<const char*, const char*>> cases = {{"Connect", "  Connected to IP   "},
-                                                                    {"Both", "  Connected on Port 6001  "}};
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"Connect", "  Connected to IP 239.1.2.3  "}, {"Both", "  Connected on Port 6001  "}};
     for (const auto& [role, connected] : cases) {
         Program program;
         program.tmrSendData.enabled = true;
-        program.Start({{"Interval", "-5"}, {"Protocol", "MCAST"}, {"Connect", role}, {"PortNumber", "6001"}});
+        program.Start({{"Interval", "-5"},
+                       {"Protocol", "MCAST"},
+                       {"IpAddress", "239.1.2.3"},
+                       {"Connect", role},
+                       {"PortNumber", "6001"}});
         EXPECT_EQ(program.cboConnect.text, "Connect");
         EXPECT_FALSE(program.tmrSendData.enabled);
         EXPECT_EQ(program.TakeRecords(), Texts{"380|A negative interval|frmConnect.LoadConfigSettings"});

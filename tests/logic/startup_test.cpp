@@ -95,7 +95,9 @@ TEST(StatusList, HighlightsTheNewestLineUpToTheLastSelectableOne)
     program.cmdClear.OnClick();
     EXPECT_EQ(program.lstStatus.lines.size(), 32770U);
     EXPECT_EQ(program.lstStatus.selected, 32767);
-    EXPECT_EQ(program.TakeRecords(), Texts(2, "6|Overflow|frmConnect.StatusLine"));
+    EXPECT_EQ(program.TakeRecords(),
+              (Texts{"6|Overflow: the number 32768 is not between -32768 and 32767|frmConnect.StatusLine",
+                     "6|Overflow: the number 32769 is not between -32768 and 32767|frmConnect.StatusLine"}));
 }
 
 TEST(OpenFile, ClosesTheSocketAndOpensTheChosenFile)

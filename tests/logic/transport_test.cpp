@@ -12,7 +12,9 @@ TEST(TransportSetUp, TakesThePortAsANumber)
         Texts calls;
         Texts records;
     };
-    const Texts overflow = {"6|Overflow|frmConnect.SetWinsockSettings"};
+    const Texts overflow = {
+        "6|Overflow: the port 99999999999 is not between -2147483648 and 2147483647|"
+        "frmConnect.SetWinsockSettings"};
     for (const Case& c : {Case{"harbour", "0", {"SetLocalPort 0", "Listen"}, {}},
                           Case{"1.5", "1.5", {"SetLocalPort 2", "Listen"}, {}},
                           Case{"99999999999", "99999999999", {}, overflow}}) {
@@ -105,14 +107,17 @@ TEST(ConnectionEvents, WhatAnErrorSavedCountsForTheNextTick)
         std::erase(calls, "State");
         calls.resize(2);
         EXPECT_EQ(calls, (Texts{"Close", reopening}));
-        EXPECT_EQ(program.TakeRecords(), Texts{"10054|peer|frmConnect.WinsockConnect.Error"});
+        Texts records = {"10054|peer|frmConnect.WinsockConnect.Error"};
+        if (program.WinsockConnect.state == platform::WinsockControl::kListening)
+            records.emplace_back("40006|There is nobody to send to|frmConnect.tmrSendData");
+        EXPECT_EQ(program.TakeRecords(), records);
     }
 }
 
 TEST(ConnectionEvents, AMulticastErrorOpensTheGroupThatIsShownAnew)
 {
     Program program;
-    program.StartPlaying({{"Protocol", "MCAST"}});
+    program.StartPlaying({{"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}});
     program.txtIPAddress.text = "239.9.9.9";
     program.chkReconnect.value = 1;
     program.MCSockConnect.OnError(10051, "unreachable");

@@ -28,15 +28,16 @@ protected:
     }
 
     EventGate gate;
-    Multicast control{gate};
+    EpollTestLoop loop;
+    Multicast control{gate, loop.loop};
     std::vector<int> errors;
 };
 
 TEST_F(MulticastTest, EveryMemberOfTheGroupGetsTheRecordAsOneDatagram)
 {
     for (const char* group : {kGroup, "ff02::123", "ff05::123"}) {
-        Peer member = Peer::InGroup(group);
-        Peer other = Peer::InGroup(group, member.Port());
+        Peer member = Peer::InGroup(loop, group);
+        Peer other = Peer::InGroup(loop, group, member.Port());
         control.OpenGroup(' ' + std::string(group) + ' ', member.Port());
         control.SendToGroup(kRecord, group, member.Port());
         EXPECT_EQ(kRecordText, member.ReceiveDatagram()) << group;
@@ -47,13 +48,13 @@ TEST_F(MulticastTest, EveryMemberOfTheGroupGetsTheRecordAsOneDatagram)
 
 TEST_F(MulticastTest, SendingOpensWhatItNeedsUntilTheGroupWasClosed)
 {
-    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup)));
+    EXPECT_TRUE(Reaches(Peer::InGroup(loop, kGroup)));
     control.CloseGroup();
     control.CloseGroup();
     EXPECT_EQ(failure::kWrongProtocolOrState,
               FailureOf([&] { control.SendToGroup(kRecord, kGroup, kPort); }));
     control.OpenGroup(kGroup, kPort);
-    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup)));
+    EXPECT_TRUE(Reaches(Peer::InGroup(loop, kGroup)));
 }
 
 TEST_F(MulticastTest, AWrongArgumentIsAFailure)
@@ -75,14 +76,14 @@ TEST_F(MulticastTest, TheBestInterfaceOfTheMomentCarriesTheRecord)
 {
     const FreshNetwork network;
     FreshNetwork::BringLoopBackUp();
-    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup))) << "without a route";
+    EXPECT_TRUE(Reaches(Peer::InGroup(loop, kGroup))) << "without a route";
     FreshNetwork::Run(
         "ip link add outward type veth peer name farside && "
         "ip address add 10.1.2.3/24 dev outward && ip link set outward up");
-    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup, 0, "outward")))
+    EXPECT_TRUE(Reaches(Peer::InGroup(loop, kGroup, 0, "outward")))
         << "without a route, past one without multicast";
     FreshNetwork::Run("ip route add 224.0.0.0/4 dev lo");
-    EXPECT_TRUE(Reaches(Peer::InGroup(kGroup))) << "a route comes up later";
+    EXPECT_TRUE(Reaches(Peer::InGroup(loop, kGroup))) << "a route comes up later";
 }
 
 TEST_F(MulticastTest, WhatTheNetworkRefusesIsAnEventUntilTheGroupIsClosed)
@@ -94,12 +95,12 @@ TEST_F(MulticastTest, WhatTheNetworkRefusesIsAnEventUntilTheGroupIsClosed)
         control.OpenGroup(group, kPort);
         control.SendToGroup(kRecord, group, kPort);
         EXPECT_EQ(std::vector<int>{}, errors);
-        EXPECT_TRUE(WaitFor([&] { return !errors.empty(); }));
+        EXPECT_TRUE(loop.WaitFor([&] { return !errors.empty(); }));
         EXPECT_EQ(std::vector<int>{number}, errors) << group;
         errors.clear();
         control.SendToGroup(kRecord, group, kPort);
         control.CloseGroup();
-        EXPECT_TRUE(ComesToRest());
+        EXPECT_TRUE(loop.ComesToRest());
         EXPECT_EQ(std::vector<int>{}, errors) << group;
     }
 }
@@ -117,7 +118,7 @@ TEST_F(MulticastTest, ARecordThatFindsTheBuffersFullIsRefusedAlone)
     for (int sent = 0; sent < 100 && failure == 0; ++sent)
         failure = FailureOf([&] { control.SendToGroup(record, kGroup, kPort); });
     EXPECT_EQ(failure, failure::kSocketWouldBlock);
-    EXPECT_TRUE(ComesToRest());
+    EXPECT_TRUE(loop.ComesToRest());
     EXPECT_EQ(errors, std::vector<int>{});
 }
 

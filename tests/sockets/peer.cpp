@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "platform/sockets/open_socket.h"
-#include "sockets/event_loop.h"
 
 namespace platform::sockets {
 namespace {
@@ -45,28 +44,28 @@ std::size_t OpenDescriptors()
     return static_cast<std::size_t>(std::distance(begin(descriptors), end(descriptors)));
 }
 
-Peer Peer::ConnectTo(std::uint16_t port, const std::string& address)
+Peer Peer::ConnectTo(TestLoop& loop, std::uint16_t port, const std::string& address)
 {
     const SocketAddress target = AddressOf(address, port);
     FileDescriptor socket = OpenSocket(target.Family(), SOCK_STREAM);
     const int result = ::connect(socket.Number(), target.Data(), target.Size());
     EXPECT_TRUE(result == 0 || errno == EINPROGRESS) << std::strerror(errno);
-    return Peer(std::move(socket));
+    return Peer(loop, std::move(socket));
 }
 
-Peer Peer::Listening(const std::string& address, std::uint16_t port)
+Peer Peer::Listening(TestLoop& loop, const std::string& address, std::uint16_t port)
 {
     FileDescriptor socket = OpenBound(SOCK_STREAM, address, port, port != 0);
     EXPECT_EQ(0, ::listen(socket.Number(), SOMAXCONN));
-    return Peer(std::move(socket));
+    return Peer(loop, std::move(socket));
 }
 
-Peer Peer::Datagrams(const std::string& address, std::uint16_t port, bool shares)
+Peer Peer::Datagrams(TestLoop& loop, const std::string& address, std::uint16_t port, bool shares)
 {
-    return Peer(OpenBound(SOCK_DGRAM, address, port, shares));
+    return Peer(loop, OpenBound(SOCK_DGRAM, address, port, shares));
 }
 
-Peer Peer::InGroup(const std::string& group, std::uint16_t port, const std::string& interface)
+Peer Peer::InGroup(TestLoop& loop, const std::string& group, std::uint16_t port, const std::string& interface)
 {
     const SocketAddress address = AddressFromText(group).value();
     const bool isIPv4 = address.Family() == AF_INET;
@@ -77,18 +76,18 @@ Peer Peer::InGroup(const std::string& group, std::uint16_t port, const std::stri
     const int level = isIPv4 ? IPPROTO_IP : IPPROTO_IPV6;
     EXPECT_EQ(0, ::setsockopt(socket.Number(), level, MCAST_JOIN_GROUP, &request, sizeof request))
         << std::strerror(errno);
-    return Peer(std::move(socket));
+    return Peer(loop, std::move(socket));
 }
 
 Peer Peer::Accepted()
 {
     FileDescriptor connection;
-    EXPECT_TRUE(WaitFor([&] {
+    EXPECT_TRUE(loop_->WaitFor([&] {
         connection =
             FileDescriptor(::accept4(socket_.Number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
         return connection.IsOpen();
     }));
-    return Peer(std::move(connection));
+    return Peer(*loop_, std::move(connection));
 }
 
 void Peer::Send(const std::string& bytes)
@@ -118,7 +117,7 @@ void Peer::SendTo(std::uint16_t port, const std::string& bytes, const std::strin
 
 std::string Peer::Receive(std::size_t bytes)
 {
-    EXPECT_TRUE(WaitFor([&] {
+    EXPECT_TRUE(loop_->WaitFor([&] {
         TakeAvailable();
         return received_.size() >= bytes || ended_;
     })) << "after "
@@ -128,7 +127,7 @@ std::string Peer::Receive(std::size_t bytes)
 
 std::optional<std::string> Peer::ReceiveDatagram()
 {
-    if (!WaitFor([&] { return HasDatagram(); }))
+    if (!loop_->WaitFor([&] { return HasDatagram(); }))
         return std::nullopt;
     std::string datagram(kMostAtOnce, '\0');
     datagram.resize(static_cast<std::size_t>(::recv(socket_.Number(), datagram.data(), datagram.size(), 0)));

@@ -7,24 +7,28 @@
 
 #include "platform/posix/file_descriptor.h"
 #include "platform/sockets/socket_address.h"
+#include "sockets/loop_helpers.h"
 
 namespace platform::sockets {
 
 /// A number of open descriptors of this program.
 [[nodiscard]] std::size_t OpenDescriptors();
 
-/// The other end of a control under test: a plain socket that never blocks the test.
+/// The other end of a control under test: a plain socket that never blocks the test. The loop runs while it
+/// waits, and outlives it.
 class Peer {
 public:
     /// A TCP connection to a port of this machine, at an address in digits.
-    [[nodiscard]] static Peer ConnectTo(std::uint16_t port, const std::string& address = "127.0.0.1");
+    [[nodiscard]] static Peer ConnectTo(TestLoop& loop, std::uint16_t port,
+                                        const std::string& address = "127.0.0.1");
     /// A TCP socket that waits at a port, 0 being any free one.
-    [[nodiscard]] static Peer Listening(const std::string& address = "127.0.0.1", std::uint16_t port = 0);
+    [[nodiscard]] static Peer Listening(TestLoop& loop, const std::string& address = "127.0.0.1",
+                                        std::uint16_t port = 0);
     /// A UDP socket at a port, which it may share.
-    [[nodiscard]] static Peer Datagrams(const std::string& address = "127.0.0.1", std::uint16_t port = 0,
-                                        bool shares = false);
+    [[nodiscard]] static Peer Datagrams(TestLoop& loop, const std::string& address = "127.0.0.1",
+                                        std::uint16_t port = 0, bool shares = false);
     /// A UDP socket that has joined a group on an interface.
-    [[nodiscard]] static Peer InGroup(const std::string& group, std::uint16_t port = 0,
+    [[nodiscard]] static Peer InGroup(TestLoop& loop, const std::string& group, std::uint16_t port = 0,
                                       const std::string& interface = "lo");
 
     [[nodiscard]] std::uint16_t Port() const { return SocketAddress::OfSocket(socket_.Number()).Port(); }
@@ -51,9 +55,10 @@ public:
     void Reset();
 
 private:
-    explicit Peer(FileDescriptor socket) : socket_(std::move(socket)) {}
+    Peer(TestLoop& loop, FileDescriptor socket) : loop_(&loop), socket_(std::move(socket)) {}
     void TakeAvailable();
 
+    TestLoop* loop_;
     FileDescriptor socket_;
     std::string received_;
     bool ended_ = false;

@@ -9,7 +9,7 @@ class TcpClientTest : public WinsockTest {};
 
 TEST_F(TcpClientTest, ConnectsFromTheEventLoopAndSendsTextAsAnsiBytes)
 {
-    Peer listening = Peer::Listening();
+    Peer listening = Peer::Listening(loop);
     socket.SetRemoteHost(" 127.0.0.1 ");
     socket.SetRemotePort(listening.Port());
     socket.Connect();
@@ -28,7 +28,7 @@ TEST_F(TcpClientTest, ConnectsFromTheEventLoopAndSendsTextAsAnsiBytes)
 
 TEST_F(TcpClientTest, ARefusedConnectionIsAnErrorAndLeavesTheControlInError)
 {
-    const std::string nobody = Peer::Datagrams().PortText();
+    const std::string nobody = Peer::Datagrams(loop).PortText();
     socket.OnError = [&](int number, const std::string& description) {
         events.push_back(std::to_string(number) + " " + description);
     };
@@ -44,13 +44,13 @@ TEST_F(TcpClientTest, WhatTheNetworkRefusesAtOnceIsStillAnEvent)
 {
     socket.Connect("255.255.255.255", "5015");
     EXPECT_EQ(Events{}, events);
-    EXPECT_TRUE(WaitFor([&] { return !events.empty(); }));
+    EXPECT_TRUE(loop.WaitFor([&] { return !events.empty(); }));
     EXPECT_EQ(WinsockControl::kError, stateInError);
 }
 
 TEST_F(TcpClientTest, TheAddressesOfAHostAreTriedInTurn)
 {
-    Peer listening = Peer::Listening("127.0.0.3");
+    Peer listening = Peer::Listening(loop, "127.0.0.3");
     std::vector<SocketAddress> addresses;
     for (const char* text : {"::1", "127.0.0.2", "127.0.0.3"}) {
         addresses.push_back(AddressFromText(text).value());
@@ -58,11 +58,11 @@ TEST_F(TcpClientTest, TheAddressesOfAHostAreTriedInTurn)
     }
     std::string reached;
     const TcpConnector connector(
-        gate, addresses,
+        gate, loop.loop, addresses,
         {.connected =
              [&](FileDescriptor connection) { reached = SocketAddress::OfPeer(connection.Number()).Host(); },
          .failed = [&](int, const SocketAddress&) { reached = "nobody"; }});
-    EXPECT_TRUE(WaitFor([&] { return !reached.empty(); }));
+    EXPECT_TRUE(loop.WaitFor([&] { return !reached.empty(); }));
     EXPECT_EQ("127.0.0.3", reached);
 }
 
@@ -105,10 +105,10 @@ TEST_F(TcpClientTest, SendingToAPeerThatHasGoneInOrderStillEndsInClose)
 
 TEST_F(TcpClientTest, NoEventComesAfterClose)
 {
-    Peer listening = Peer::Listening();
+    Peer listening = Peer::Listening(loop);
     socket.Connect("127.0.0.1", listening.PortText());
     socket.Close();
-    socket.Connect("127.0.0.1", Peer::Datagrams().PortText());
+    socket.Connect("127.0.0.1", Peer::Datagrams(loop).PortText());
     socket.Close();
     socket.Connect("255.255.255.255", "5015");
     socket.Close();
@@ -128,7 +128,7 @@ TEST_F(TcpClientTest, NoEventComesAfterClose)
     peer.Send("x");
     peer.Close();
     ASSERT_TRUE(Happens("data"));
-    EXPECT_TRUE(ComesToRest());
+    EXPECT_TRUE(loop.ComesToRest());
     EXPECT_EQ(Events{"data"}, events);
     EXPECT_EQ("", socket.GetData());
 }
@@ -138,13 +138,13 @@ TEST_F(TcpClientTest, EventsWaitForARunningHandlerWithoutKeepingTheEventLoopBusy
     Peer peer = ConnectedPeer();
     gate.Enter([&] {
         peer.Send("x");
-        EXPECT_TRUE(ComesToRest());
+        EXPECT_TRUE(loop.ComesToRest());
         EXPECT_EQ(Events{}, events);
     });
     EXPECT_EQ(Events{"data x"}, events);
     gate.Enter([&] {
         peer.Send("y");
-        EXPECT_TRUE(ComesToRest());
+        EXPECT_TRUE(loop.ComesToRest());
         socket.Close();
     });
     EXPECT_EQ(Events{"data x"}, events);

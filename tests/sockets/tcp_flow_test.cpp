@@ -1,6 +1,5 @@
 #include <sys/socket.h>
 
-#include <QTimer>
 #include <atomic>
 #include <thread>
 
@@ -42,7 +41,7 @@ TEST_F(TcpFlowTest, CloseStillHandsOverWhatWasAcceptedToASlowPeerThatTalks)
     EXPECT_EQ(WinsockControl::kClosed, socket.State());
     std::string taken;
     for (int step = 0; step < kMostSteps && taken.size() < accepted.size(); ++step) {
-        EXPECT_TRUE(ComesToRest());  // the system's buffers are full again before each read
+        EXPECT_TRUE(loop.ComesToRest());  // the system's buffers are full again before each read
         if (step < kMostSteps / 100)
             peer.Send("this must not reset the connection");
         taken += peer.Receive(1);
@@ -71,7 +70,7 @@ TEST_F(TcpFlowTest, AFloodIsTakenInBoundedPiecesBetweenWhichTheLoopGoesOn)
 {
     constexpr std::size_t kFlood = 512 * kMegabyte;
     constexpr int kRecords = 1000;
-    Peer listening = Peer::Listening();
+    Peer listening = Peer::Listening(loop);
     socket.Connect("127.0.0.1", listening.PortText());
     Peer peer = listening.Accepted();
     ASSERT_TRUE(Happens("connect"));
@@ -84,13 +83,14 @@ TEST_F(TcpFlowTest, AFloodIsTakenInBoundedPiecesBetweenWhichTheLoopGoesOn)
         most = std::max(most, bytes);
         longestRun = std::max(longestRun, ++run);
     };
-    QTimer everyPass;
-    QObject::connect(&everyPass, &QTimer::timeout, [&] {
+    std::unique_ptr<Alarm> everyPass;
+    everyPass = loop.loop.NewAlarm([&] {
         run = 0;
         if (passes++ < kRecords)
             socket.SendData("0123456789");
+        everyPass->Set({});  // long past: the next pass
     });
-    everyPass.start(0);
+    everyPass->Set({});
 
     std::thread flood([&] {
         const std::string bytes(kMegabyte, 'x');

@@ -22,7 +22,7 @@ TEST_F(TcpServerTest, ServesPeersOfBothAddressFamiliesOneAfterTheOther)
     for (const char* address : {"127.0.0.1", "::1"}) {
         EXPECT_EQ(WinsockControl::kListening, socket.State());
         EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("to nobody"); }));
-        Peer peer = Peer::ConnectTo(port, address);
+        Peer peer = Peer::ConnectTo(loop, port, address);
         ASSERT_TRUE(Happens("request")) << address;
         EXPECT_EQ(WinsockControl::kConnected, socket.State());
         socket.SendData("record");
@@ -37,11 +37,11 @@ TEST_F(TcpServerTest, ServesPeersOfBothAddressFamiliesOneAfterTheOther)
 TEST_F(TcpServerTest, OtherPeersThatWaitAreRefusedAndLaterOnesToo)
 {
     const std::uint16_t port = Listen();
-    Peer first = Peer::ConnectTo(port);
-    Peer second = Peer::ConnectTo(port);
+    Peer first = Peer::ConnectTo(loop, port);
+    Peer second = Peer::ConnectTo(loop, port);
     ASSERT_TRUE(Happens("request"));
     EXPECT_EQ("reset", second.ReceiveAll());
-    Peer third = Peer::ConnectTo(port);
+    Peer third = Peer::ConnectTo(loop, port);
     EXPECT_EQ("", third.ReceiveAll());
     socket.SendData("record");
     EXPECT_EQ("record", first.Receive(6));
@@ -58,14 +58,14 @@ TEST_F(TcpServerTest, ARequestIsGoodOnlyInItsHandlerOnceTheListeningHasEnded)
         socket.Close();
         EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.Accept(request + 1); }));
     };
-    EXPECT_EQ("", Peer::ConnectTo(port).ReceiveAll());
+    EXPECT_EQ("", Peer::ConnectTo(loop, port).ReceiveAll());
     EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.Accept(ignored); }));
 }
 
 TEST_F(TcpServerTest, APeerThatResetsBeforeItIsServedIsAnError)
 {
     const std::uint16_t port = Listen();
-    Peer::ConnectTo(port).Reset();
+    Peer::ConnectTo(loop, port).Reset();
     ASSERT_TRUE(Happens("error 10054"));
     EXPECT_EQ((Events{"request", "error 10054"}), events);
 }

@@ -13,7 +13,7 @@ protected:
 TEST_F(UdpTest, ConnectOnlyRemembersTheTarget)
 {
     for (const char* address : {"127.0.0.1", "::1"}) {
-        Peer receiver = Peer::Datagrams(address);
+        Peer receiver = Peer::Datagrams(loop, address);
         socket.Connect(address, receiver.PortText());
         EXPECT_EQ(WinsockControl::kConnected, socket.State());
         socket.SendData("A€中");
@@ -27,11 +27,11 @@ TEST_F(UdpTest, ConnectOnlyRemembersTheTarget)
 
 TEST_F(UdpTest, AHostNameIsLookedUpFirst)
 {
-    Peer receiver = Peer::Datagrams();
+    Peer receiver = Peer::Datagrams(loop);
     socket.Connect("localhost", receiver.PortText());
     EXPECT_EQ(WinsockControl::kConnecting, socket.State());
     EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("early"); }));
-    EXPECT_TRUE(WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
+    EXPECT_TRUE(loop.WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
     socket.SendData("record");
     EXPECT_EQ("record", receiver.ReceiveDatagram());
 }
@@ -42,7 +42,7 @@ TEST_F(UdpTest, AReceiverThatSaysHelloGetsTheFeed)
     EXPECT_EQ(WinsockControl::kListening, socket.State());
     EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("to nobody"); }));
     for (const char* address : {"127.0.0.1", "::1"}) {
-        Peer receiver = Peer::Datagrams(address);
+        Peer receiver = Peer::Datagrams(loop, address);
         receiver.SendTo(socket.LocalPort(), "hello", address);
         EXPECT_TRUE(Happens("data hello"));
         socket.SendData("record");
@@ -57,8 +57,8 @@ TEST_F(UdpTest, AReceiverThatSaysHelloGetsTheFeed)
 
 TEST_F(UdpTest, AStrangersDatagramDoesNotTurnTheFeedOfAClientRole)
 {
-    Peer receiver = Peer::Datagrams();
-    Peer stranger = Peer::Datagrams();
+    Peer receiver = Peer::Datagrams(loop);
+    Peer stranger = Peer::Datagrams(loop);
     socket.Connect("127.0.0.1", receiver.PortText());
     stranger.SendTo(socket.LocalPort(), "");
     EXPECT_TRUE(Happens("data "));
@@ -68,7 +68,7 @@ TEST_F(UdpTest, AStrangersDatagramDoesNotTurnTheFeedOfAClientRole)
 
 TEST_F(UdpTest, BindOpensTheLocalPortAndSharesItWithThoseWhoShare)
 {
-    const Peer sharing = Peer::Datagrams("0.0.0.0", 0, true);
+    const Peer sharing = Peer::Datagrams(loop, "0.0.0.0", 0, true);
     socket.Bind(sharing.PortText());
     EXPECT_EQ(WinsockControl::kOpen, socket.State());
     socket.Close();
@@ -76,7 +76,7 @@ TEST_F(UdpTest, BindOpensTheLocalPortAndSharesItWithThoseWhoShare)
     EXPECT_EQ(sharing.Port(), socket.LocalPort());
     socket.Close();
 
-    const Peer alone = Peer::Datagrams("0.0.0.0");
+    const Peer alone = Peer::Datagrams(loop, "0.0.0.0");
     EXPECT_EQ(failure::kAddressInUse, FailureOf([&] { socket.Bind(alone.PortText()); }));
     EXPECT_EQ(WinsockControl::kClosed, socket.State());
     socket.SetProtocol(WinsockControl::Protocol::kTcp);
@@ -85,13 +85,13 @@ TEST_F(UdpTest, BindOpensTheLocalPortAndSharesItWithThoseWhoShare)
 
 TEST_F(UdpTest, OurOwnMulticastRecordsAreNoPeersData)
 {
-    Multicast multicast(gate);
+    Multicast multicast(gate, loop.loop);
     for (const char* group : {"239.1.2.3", "ff02::123"}) {
-        Peer member = Peer::InGroup(group);
+        Peer member = Peer::InGroup(loop, group);
         socket.Bind(member.PortText());
         multicast.SendToGroup({'x'}, group, member.Port());
         EXPECT_EQ("x", member.ReceiveDatagram());
-        EXPECT_TRUE(ComesToRest());
+        EXPECT_TRUE(loop.ComesToRest());
         EXPECT_EQ(Events{}, events) << group;
         socket.Close();
     }
@@ -103,11 +103,11 @@ TEST_F(UdpTest, AFloodOfDatagramsIsTakenInBoundedPieces)
     std::size_t most = 0;
     socket.OnDataArrival = [&](std::size_t bytes) { most = std::max(most, bytes); };
     socket.Listen();
-    Peer peer = Peer::Datagrams();
+    Peer peer = Peer::Datagrams(loop);
     const std::string datagram(60000, 'x');
     for (int sent = 0; sent < kDatagrams; ++sent) {
         peer.SendTo(socket.LocalPort(), datagram);
-        EXPECT_TRUE(sent % 3 != 0 || ComesToRest());
+        EXPECT_TRUE(sent % 3 != 0 || loop.ComesToRest());
     }
     EXPECT_GE(most, datagram.size());
     EXPECT_LE(most, std::size_t{1} << 20);
@@ -119,7 +119,7 @@ TEST_F(UdpTest, ANetworkThatIsDownRefusesTheRecordAlone)
     socket.Connect("127.0.0.1", "5015");
     EXPECT_EQ(failure::kNetworkUnreachable, FailureOf([&] { socket.SendData("lost"); }));
     FreshNetwork::BringLoopBackUp();
-    Peer receiver = Peer::Datagrams("127.0.0.1", 5015);
+    Peer receiver = Peer::Datagrams(loop, "127.0.0.1", 5015);
     socket.SendData("record");
     EXPECT_EQ("record", receiver.ReceiveDatagram());
     EXPECT_EQ(Events{}, events);

@@ -9,7 +9,7 @@
 #include "platform/event_gate.h"
 #include "platform/failure_numbers.h"
 #include "platform/sockets/winsock.h"
-#include "sockets/event_loop.h"
+#include "sockets/loop_helpers.h"
 #include "sockets/peer.h"
 #include "support/failure_of.h"
 
@@ -44,27 +44,28 @@ protected:
     void TearDown() override
     {
         socket.Close();  // no handler of the test's runs after it
-        EXPECT_TRUE(ComesToRest()) << "the event loop spins";
+        EXPECT_TRUE(loop.ComesToRest()) << "the event loop spins";
     }
 
     Peer ConnectedPeer()
     {
-        Peer listening = Peer::Listening();
+        Peer listening = Peer::Listening(loop);
         socket.Connect("127.0.0.1", listening.PortText());
         Peer peer = listening.Accepted();
-        EXPECT_TRUE(WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
+        EXPECT_TRUE(loop.WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
         events.clear();
         return peer;
     }
 
     [[nodiscard]] bool Happens(const std::string& event)
     {
-        return WaitFor([&] { return !events.empty() && events.back() == event; });
+        return loop.WaitFor([&] { return !events.empty() && events.back() == event; });
     }
 
     EventGate gate;
     fakes::PlainFormats formats;
-    Winsock socket{gate, formats};
+    EpollTestLoop loop;
+    Winsock socket{gate, loop.loop, formats};
     Events events;
     std::int16_t stateInError = -1;
 };

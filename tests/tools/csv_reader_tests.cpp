@@ -45,6 +45,7 @@ TEST(CsvReader, SplitsRecordsAndFields)
         {"\"1\r\n2\n3\",x\r\ny\n", "1:q[1\r\n2\n3][x]\n4:[y]\n"},
         {"a,\"\"\r\nb,\r\n", "1:[a]q[]\n2:[b][]\n"},
         {" a , b\n", "1:[ a ][ b]\n"},
+        {"\"\r\",\"\n\r\"\n\"\r\r\n\"\n", "1:q[\r]q[\n\r]\n3:q[\r\r\n]\n"},
         {"a\n\"b\n\nc", "1:[a]\nline 2: a quote is not closed"},
         {"\"a\"b\n", "line 1: text stands behind a closing quote"},
         {"x\na\"b\n", "1:[x]\nline 2: a quote stands inside a field without quotes"},

@@ -68,6 +68,21 @@ TEST_F(MakeDatabaseTest, SaysInOneLineWhatIsWrongAndLeavesNoFile)
     }
 }
 
+TEST_F(MakeDatabaseTest, LeavesOutWhatWasCutOffAtTheEndOfARecording)
+{
+    const std::string rows = "ref,timestamp,datetimestamp,rawtransaction\n1,,2026-05-14T15:07:09.250,\"a\"\n";
+    const std::pair<const char*, const char*> cases[] = {
+        {"2,2026", ": line 3: the recording ends in the middle of a record, which is left out\n"},
+        {"2,,,\"b\"", ": line 3: the last line has no end; its text may lack one too\n"},
+    };
+    for (const auto& [tail, message] : cases) {
+        WriteFile(in, rows + tail);
+        const CommandOutcome outcome = Make("");
+        EXPECT_EQ(outcome.output, "make_database: " + in + message);
+        EXPECT_EQ(outcome.exitCode, 0);
+    }
+}
+
 TEST_F(MakeDatabaseTest, SaysInOneLineWhichArgumentIsWrong)
 {
     const std::pair<const char*, std::string> cases[] = {

@@ -60,6 +60,44 @@ TEST(ReceiptReader, NamesTheLineOfWhatIsWrong)
         EXPECT_EQ(ThrownBy([csv = csv] { return RowsOf(csv); }).Description(), failure) << csv;
 }
 
+TEST(ReceiptReader, TellsHowARecordingEndsThatWasCutOff)
+{
+    const std::string head = "ref,timestamp,datetimestamp,rawtransaction\n";
+    const std::string row = "1,,2021-05-14,\"a\nb\"\n";
+    const struct {
+        std::string csv;
+        std::size_t rows;
+        tools::CsvTail tail;
+        std::size_t wholeBytes;
+    } cases[] = {
+        {head, 0, tools::CsvTail::kWhole, head.size()},
+        {head + row, 1, tools::CsvTail::kWhole, head.size() + row.size()},
+        {head + row + "\n", 1, tools::CsvTail::kWhole, head.size() + row.size()},
+        {head + row + "2", 1, tools::CsvTail::kTorn, head.size() + row.size()},
+        {head + row + "2,,2021-05-1", 1, tools::CsvTail::kTorn, head.size() + row.size()},
+        {head + row + "2,,2021-05-14,", 1, tools::CsvTail::kTorn, head.size() + row.size()},
+        {head + row + "2,,2021-05-14,\"a\n\"\"", 1, tools::CsvTail::kTorn, head.size() + row.size()},
+        {head + row + "2,,,\"a\"", 2, tools::CsvTail::kNoLineEnd, head.size() + row.size() + 7},
+        {"ref,rawtransaction\n1,a", 1, tools::CsvTail::kWhole, 22},
+    };
+    for (const auto& [csv, rows, tail, wholeBytes] : cases) {
+        std::istringstream stream(csv);
+        tools::ReceiptReader reader(stream);
+        std::size_t count = 0;
+        for (tools::Receipt receipt; reader.Next(receipt);)
+            ++count;
+        EXPECT_EQ(count, rows) << csv;
+        EXPECT_EQ(reader.Tail(), tail) << csv;
+        EXPECT_EQ(reader.WholeBytes(), wholeBytes) << csv;
+    }
+    EXPECT_EQ(ThrownBy([] { return RowsOf("rawtransaction,ref\n\"a\nb"); }).Description(),
+              "line 2: a quote is not closed");
+    EXPECT_EQ(ThrownBy([&] { return RowsOf(head + "1,,,\"a\"b"); }).Description(),
+              "line 2: text stands behind a closing quote");
+    EXPECT_EQ(ThrownBy([&] { return RowsOf(head + "1,,\n"); }).Description(),
+              "line 2: 3 fields for 4 columns");
+}
+
 TEST(IsoDate, GivesTheDayNumberThatReadsBackAsTheSameMoment)
 {
     using namespace std::chrono;

@@ -23,6 +23,7 @@ CsvReader::CsvReader(std::istream& text) : text_(*text.rdbuf())
 
 bool CsvReader::Next(CsvRecord& record)
 {
+    record.ended = false;
     while (SkipLineEnd()) {
     }
     if (AtEnd())
@@ -32,7 +33,8 @@ bool CsvReader::Next(CsvRecord& record)
     do {
         record.fields.push_back(SkipIf('"') ? ReadQuoted() : ReadField());
     } while (SkipIf(','));
-    if (!AtEnd() && !SkipLineEnd())
+    record.ended = SkipLineEnd();
+    if (!record.ended && !AtEnd())
         FailAtLine(line_, "text stands behind a closing quote");
     return true;
 }
@@ -40,10 +42,10 @@ bool CsvReader::Next(CsvRecord& record)
 CsvField CsvReader::ReadField()
 {
     CsvField field;
-    for (int next = text_.sgetc(); next != kEnd && next != ',' && next != '\n'; next = text_.snextc()) {
+    for (int next = text_.sgetc(); next != kEnd && next != ',' && next != '\n'; next = text_.sgetc()) {
         if (next == '"')
             FailAtLine(line_, "a quote stands inside a field without quotes");
-        field.text.push_back(static_cast<char>(next));
+        field.text.push_back(static_cast<char>(Read()));
     }
     if (text_.sgetc() != ',' && field.text.ends_with('\r'))
         field.text.pop_back();
@@ -55,7 +57,7 @@ CsvField CsvReader::ReadQuoted()
     const std::size_t firstLine = line_;
     CsvField field{.text = {}, .quoted = true};
     for (;;) {
-        const int next = text_.sbumpc();
+        const int next = Read();
         if (next == kEnd)
             FailAtLine(firstLine, "a quote is not closed");
         if (next == '"' && !SkipIf('"'))
@@ -80,13 +82,17 @@ bool CsvReader::SkipIf(char wanted)
 {
     const bool there = text_.sgetc() == std::char_traits<char>::to_int_type(wanted);
     if (there)
-        text_.sbumpc();
+        Read();
     return there;
 }
 
-bool CsvReader::AtEnd()
+/// The next byte, or kEnd.
+int CsvReader::Read()
 {
-    return text_.sgetc() == kEnd;
+    const int next = text_.sbumpc();
+    if (next != kEnd)
+        ++position_;
+    return next;
 }
 
 }  // namespace tools

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <istream>
 #include <streambuf>
 #include <string>
@@ -21,6 +22,9 @@ struct CsvRecord {
     /// The line on which the record begins, counted from 1.
     std::size_t line = 0;
     std::vector<CsvField> fields;
+
+    /// False where the text ends without an end of the record's line.
+    bool ended = false;
 };
 
 /// Throws a Failure (kTypeMismatch) whose description begins with "line 12: ".
@@ -39,14 +43,20 @@ public:
     /// quotes.
     [[nodiscard]] bool Next(CsvRecord& record);
 
+    /// How many bytes were read so far.
+    [[nodiscard]] std::uint64_t Position() const { return position_; }
+
+    [[nodiscard]] bool AtEnd() { return text_.sgetc() == std::char_traits<char>::eof(); }
+
 private:
     CsvField ReadField();
     CsvField ReadQuoted();
     bool SkipLineEnd();
     bool SkipIf(char wanted);
-    [[nodiscard]] bool AtEnd();
+    int Read();
 
     std::streambuf& text_;
+    std::uint64_t position_ = 0;
     std::size_t line_ = 1;
 };
 

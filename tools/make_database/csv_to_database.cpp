@@ -15,7 +15,7 @@ std::ifstream OpenInput(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
     if (!file || file.peek() == std::ifstream::traits_type::eof())
-        throw Failure(platform::failure::kFileNotFound, path + ": cannot be read or is empty");
+        throw Failure(platform::failure::kPathFileAccess, path + ": cannot be read or is empty");
     return file;
 }
 
@@ -43,7 +43,21 @@ std::size_t SecondLine(const std::string& path, std::int32_t ref)
     return reader.Line();
 }
 
-void AddReceipts(const std::string& path, DatabaseWriter& writer)
+/// How the recording was cut off; empty where it was not.
+std::string CutOff(const std::string& path, const ReceiptReader& reader)
+{
+    const std::string where = path + ": line " + std::to_string(reader.Line()) + ": ";
+    switch (reader.Tail()) {
+        case CsvTail::kTorn:
+            return where + "the recording ends in the middle of a record, which is left out";
+        case CsvTail::kNoLineEnd:
+            return where + "the last line has no end; its text may lack one too";
+        default:
+            return "";
+    }
+}
+
+std::string AddReceipts(const std::string& path, DatabaseWriter& writer)
 {
     std::ifstream file = OpenInput(path);
     ReceiptReader reader(file);
@@ -57,6 +71,7 @@ void AddReceipts(const std::string& path, DatabaseWriter& writer)
             FailAtLine(reader.Line(), failure.Description());
         }
     }
+    return CutOff(path, reader);
 }
 
 void Finish(const std::string& path, DatabaseWriter& writer)
@@ -70,15 +85,17 @@ void Finish(const std::string& path, DatabaseWriter& writer)
 
 }  // namespace
 
-void MakeDatabase(const std::string& input, const std::string& output, const DatabaseOptions& options)
+std::string MakeDatabase(const std::string& input, const std::string& output, const DatabaseOptions& options)
 {
     FilePages pages(output);
     DatabaseWriter writer(pages, options);
+    std::string remark;
     NamingFile(input, [&] {
-        AddReceipts(input, writer);
+        remark = AddReceipts(input, writer);
         Finish(input, writer);
     });
     pages.Commit();
+    return remark;
 }
 
 }  // namespace tools

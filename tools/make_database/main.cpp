@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <string>
 
 #include "command_line/command.h"
@@ -12,10 +13,12 @@ constexpr const char* kFooter =
     "Columns of the CSV, which its first line names in any order:\n"
     "  ref             whole number; the order in which the records are sent\n"
     "  rawtransaction  the transaction's text, in quotes where it has several lines\n"
-    "  timestamp       date and time, like 2021-05-14 15:07:09\n"
+    "  timestamp       date and time, like 2021-05-14 15:07:09 or 2021-05-14T15:07:09.250\n"
     "  datetimestamp   the same\n"
     "\n"
-    "The CSV is in UTF-8. A field with nothing in it is null; \"\" is an empty text.\n"
+    "The CSV is in UTF-8. A field with nothing in it is null; \"\" is an empty text. Where a recording was "
+    "cut off "
+    "in the middle of its last record, that record is left out.\n"
     "\n"
     "The files are meant for programs that read them. Do not edit them in Access.";
 
@@ -60,7 +63,9 @@ int main(int count, char** words)
     command.footer(kFooter);
     AddOptions(command, arguments);
     return command.Run(count, words, [&] {
-        tools::MakeDatabase(arguments.input, arguments.output, arguments.options);
+        const std::string remark = tools::MakeDatabase(arguments.input, arguments.output, arguments.options);
+        if (!remark.empty())
+            std::fprintf(stderr, "make_database: %s\n", remark.c_str());
         return tools::kDone;
     });
 }

@@ -8,6 +8,7 @@
 
 #include "make_database/iso_date.h"
 #include "platform/ansi_code_page.h"
+#include "platform/failure.h"
 
 namespace tools {
 namespace {
@@ -44,6 +45,13 @@ ReceiptReader::ReceiptReader(std::istream& text) : csv_(text)
     }
     if (std::ranges::count(targets_, Target::kRef) == 0)
         FailAtLine(record_.line, "the column ref is missing");
+    wholeBytes_ = csv_.Position();
+}
+
+bool ReceiptReader::IsRecording() const
+{
+    return targets_ ==
+           std::vector{Target::kRef, Target::kTimestamp, Target::kDateTimestamp, Target::kRawTransaction};
 }
 
 ReceiptReader::Target ReceiptReader::TargetOf(const CsvField& name) const
@@ -62,14 +70,31 @@ ReceiptReader::Target ReceiptReader::TargetOf(const CsvField& name) const
 bool ReceiptReader::Next(Receipt& receipt)
 {
     receipt = {};
-    if (!csv_.Next(record_))
+    try {
+        if (!csv_.Next(record_))
+            return false;
+        SetFields(receipt);
+        if (!record_.ended && IsRecording() && !receipt.rawtransaction)
+            FailAtLine(record_.line, "a recording has a text in every row");
+    } catch (const platform::Failure&) {
+        if (record_.ended || !csv_.AtEnd() || !IsRecording())
+            throw;
+        tail_ = CsvTail::kTorn;
         return false;
+    }
+    if (!record_.ended && IsRecording())
+        tail_ = CsvTail::kNoLineEnd;
+    wholeBytes_ = csv_.Position();
+    return true;
+}
+
+void ReceiptReader::SetFields(Receipt& receipt) const
+{
     if (record_.fields.size() != targets_.size())
         FailAtLine(record_.line, std::to_string(record_.fields.size()) + " fields for " +
                                      std::to_string(targets_.size()) + " columns");
     for (std::size_t i = 0; i < targets_.size(); ++i)
         SetField(receipt, targets_[i], record_.fields[i]);
-    return true;
 }
 
 void ReceiptReader::SetField(Receipt& receipt, Target target, const CsvField& field) const

@@ -14,21 +14,34 @@ void GatedEvents::Enter(EventGate::Event event)
 
 void GatedEvents::Post(EventGate::Event event)
 {
-    QMetaObject::invokeMethod(
-        &posted_, [this, event = std::move(event)] { Enter(event); }, Qt::QueuedConnection);
+    loop_.Post([this, alive = std::weak_ptr(alive_), event = std::move(event)] {
+        if (!alive.expired())
+            Enter(event);
+    });
 }
 
-GatedNotifier::GatedNotifier(EventGate& gate, const FileDescriptor& descriptor, QSocketNotifier::Type type,
-                             std::function<void()> react)
-    : events_(gate), notifier_(descriptor.Number(), type), react_(std::move(react))
+GatedWatch::GatedWatch(EventGate& gate, EventLoop& loop, const FileDescriptor& descriptor,
+                       Readiness readiness, std::function<void()> react)
+    : gate_(gate),
+      react_(std::move(react)),
+      watch_(loop.Observe(descriptor.Number(), readiness, [this] { Ready(); }))
+{}
+
+void GatedWatch::Ready()
 {
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] {
-        notifier_.setEnabled(false);
-        events_.Enter([this] {
-            notifier_.setEnabled(true);
-            react_();
-        });
+    const std::weak_ptr<bool> alive = waits_;
+    *waits_ = true;
+    gate_.Enter([this, alive] {
+        const auto waits = alive.lock();
+        if (!waits)
+            return;
+        *waits = false;
+        watch_->SetEnabled(true);
+        react_();
     });
+    // A free gate has run the reaction: the watch never had to be muted.
+    if (const auto waits = alive.lock(); waits && *waits)
+        watch_->SetEnabled(false);
 }
 
 }  // namespace platform::sockets

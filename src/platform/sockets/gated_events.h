@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QObject>
-#include <QSocketNotifier>
 #include <functional>
 #include <memory>
 
 #include "platform/event_gate.h"
+#include "platform/event_loop.h"
 #include "platform/posix/file_descriptor.h"
 
 namespace platform::sockets {
@@ -14,32 +13,38 @@ namespace platform::sockets {
 /// An event may destroy it.
 class GatedEvents {
 public:
-    explicit GatedEvents(EventGate& gate) : gate_(gate) {}
+    /// Both are borrowed and outlive it.
+    GatedEvents(EventGate& gate, EventLoop& loop) : gate_(gate), loop_(loop) {}
 
     /// For what the event loop raises: runs the event at once, or when the gate opens.
     void Enter(EventGate::Event event);
 
-    /// For what arises inside a call: the event comes from the event loop.
+    /// For what arises inside a call: the event comes with the next pass of the event loop.
     void Post(EventGate::Event event);
 
 private:
     EventGate& gate_;
-    QObject posted_;
+    EventLoop& loop_;
     /// Expires with this object; what it points to means nothing.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 /// Watches a descriptor and reacts through the gate. While a reaction waits at the gate the descriptor is not
 /// watched, so that one that stays ready does not keep the event loop busy. The reaction may destroy it.
-class GatedNotifier {
+class GatedWatch {
 public:
-    GatedNotifier(EventGate& gate, const FileDescriptor& descriptor, QSocketNotifier::Type type,
-                  std::function<void()> react);
+    /// Failure: as of EventLoop::Observe.
+    GatedWatch(EventGate& gate, EventLoop& loop, const FileDescriptor& descriptor, Readiness readiness,
+               std::function<void()> react);
 
 private:
-    GatedEvents events_;
-    QSocketNotifier notifier_;
+    void Ready();
+
+    EventGate& gate_;
     std::function<void()> react_;
+    /// True while the reaction waits at the gate. It expires with this object.
+    std::shared_ptr<bool> waits_ = std::make_shared<bool>(false);
+    std::unique_ptr<Watch> watch_;
 };
 
 }  // namespace platform::sockets

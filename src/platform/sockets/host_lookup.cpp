@@ -46,10 +46,10 @@ void HostLookup::Start(const std::string& host, Answer answer)
             promise.set_value(AddressesOrNone(host));
             ::eventfd_write(finished->Number(), 1);
         });
-        // Not make_unique: the notifier cannot be moved, only made in its place.
+        // Not make_unique: the watch cannot be moved, only made in its place.
         running_.reset(
             new Running{host, std::move(addresses), finished,
-                        GatedNotifier(gate_, *finished, QSocketNotifier::Read, [this] { Finish(); })});
+                        GatedWatch(gate_, loop_, *finished, Readiness::kReadable, [this] { Finish(); })});
     }
     answer_ = std::move(answer);
 }

@@ -18,7 +18,8 @@ public:
     /// The addresses of the host, none where it was not found.
     using Answer = std::function<void(const std::vector<SocketAddress>& addresses)>;
 
-    explicit HostLookup(EventGate& gate) : gate_(gate) {}
+    /// Both are borrowed and outlive it.
+    HostLookup(EventGate& gate, EventLoop& loop) : gate_(gate), loop_(loop) {}
 
     /// The answer comes from the event loop through the gate and takes the place of an earlier one. A look-up
     /// of the same host that is still under way is joined, so that repeated calls do not pile up threads.
@@ -32,12 +33,13 @@ private:
         std::string host;
         std::future<std::vector<SocketAddress>> addresses;
         std::shared_ptr<FileDescriptor> finished;
-        GatedNotifier notifier;
+        GatedWatch watch;
     };
 
     void Finish();
 
     EventGate& gate_;
+    EventLoop& loop_;
     Answer answer_;
     std::unique_ptr<Running> running_;
 };

@@ -98,7 +98,7 @@ void Multicast::OpenFor(const SocketAddress& group)
 void Multicast::Report(int error, const std::string& what)
 {
     if (!errors_)
-        errors_ = std::make_unique<GatedEvents>(gate_);
+        errors_ = std::make_unique<GatedEvents>(gate_, loop_);
     errors_->Post([this, reason = SocketFailure(error, what)] {
         if (OnError)
             OnError(reason.Number(), reason.Description());

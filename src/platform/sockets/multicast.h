@@ -16,8 +16,8 @@ namespace platform::sockets {
 /// No OnError comes after CloseGroup for what happened before it.
 class Multicast final : public MulticastControl {
 public:
-    /// The gate must outlive the control.
-    explicit Multicast(EventGate& gate) : gate_(gate) {}
+    /// Both must outlive the control.
+    Multicast(EventGate& gate, EventLoop& loop) : gate_(gate), loop_(loop) {}
 
     void OpenGroup(const std::string& groupAddress, std::int32_t port) override;
     void CloseGroup() override;
@@ -29,6 +29,7 @@ private:
     void Report(int error, const std::string& what);
 
     EventGate& gate_;
+    EventLoop& loop_;
     bool closed_ = false;
     FileDescriptor socket_;
     int family_ = 0;

@@ -1,21 +1,22 @@
 #include "platform/sockets/tcp_connection.h"
 
+#include <array>
 #include <cerrno>
 #include <utility>
 
 namespace platform::sockets {
 namespace {
 
-constexpr std::size_t kMostReadAPass = std::size_t{256} << 10;
+constexpr std::size_t kMostReadAPass = std::size_t{64} << 10;
 
 }  // namespace
 
-TcpConnection::TcpConnection(EventGate& gate, std::unique_ptr<TcpStream> stream, Events events)
+TcpConnection::TcpConnection(EventGate& gate, EventLoop& loop, std::unique_ptr<TcpStream> stream,
+                             Events events)
     : stream_(std::move(stream)),
       events_(std::move(events)),
-      buffer_(kMostReadAPass),
-      readable_(std::make_unique<GatedNotifier>(gate, stream_->Descriptor(), QSocketNotifier::Read,
-                                                [this] { Read(); }))
+      readable_(std::make_unique<GatedWatch>(gate, loop, stream_->Descriptor(), Readiness::kReadable,
+                                             [this] { Read(); }))
 {}
 
 std::unique_ptr<TcpStream> TcpConnection::TakeStream()
@@ -26,9 +27,10 @@ std::unique_ptr<TcpStream> TcpConnection::TakeStream()
 
 void TcpConnection::Read()
 {
-    const ssize_t count = stream_->Receive(buffer_);
+    std::array<char, kMostReadAPass> buffer;
+    const ssize_t count = stream_->Receive(buffer);
     if (count > 0)
-        events_.arrived({buffer_.data(), static_cast<std::size_t>(count)});
+        events_.arrived({buffer.data(), static_cast<std::size_t>(count)});
     else if (count == 0)
         End(stream_->Error());
     else if (errno != EAGAIN && errno != EINTR)

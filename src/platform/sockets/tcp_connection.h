@@ -3,7 +3,6 @@
 #include <functional>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "platform/sockets/gated_events.h"
 #include "platform/sockets/tcp_stream.h"
@@ -23,7 +22,7 @@ public:
         std::function<void(int error)> broken;
     };
 
-    TcpConnection(EventGate& gate, std::unique_ptr<TcpStream> stream, Events events);
+    TcpConnection(EventGate& gate, EventLoop& loop, std::unique_ptr<TcpStream> stream, Events events);
 
     /// As TcpStream::Send.
     void Send(std::string_view bytes) { stream_->Send(bytes); }
@@ -37,8 +36,7 @@ private:
 
     std::unique_ptr<TcpStream> stream_;
     Events events_;
-    std::vector<char> buffer_;
-    std::unique_ptr<GatedNotifier> readable_;
+    std::unique_ptr<GatedWatch> readable_;
 };
 
 }  // namespace platform::sockets

@@ -25,20 +25,26 @@ bool IsConnectedToItself(const FileDescriptor& socket)
 
 }  // namespace
 
-TcpConnector::TcpConnector(EventGate& gate, std::vector<SocketAddress> addresses, Events events)
-    : gate_(gate), addresses_(std::move(addresses)), events_(std::move(events)), failure_(gate)
+TcpConnector::TcpConnector(EventGate& gate, EventLoop& loop, std::vector<SocketAddress> addresses,
+                           Events events)
+    : gate_(gate),
+      loop_(loop),
+      addresses_(std::move(addresses)),
+      events_(std::move(events)),
+      failure_(gate, loop)
 {
-    TryRemaining(0);
+    if (const int error = TryRemaining(0); error != 0)
+        failure_.Post([this, error] { events_.failed(error, addresses_.back()); });
 }
 
-void TcpConnector::TryRemaining(int lastError)
+int TcpConnector::TryRemaining(int lastError)
 {
     while (tried_ < addresses_.size()) {
         lastError = Try(addresses_[tried_++]);
         if (lastError == 0)
-            return;
+            return 0;
     }
-    failure_.Post([this, lastError] { events_.failed(lastError, addresses_.back()); });
+    return lastError;
 }
 
 int TcpConnector::Try(const SocketAddress& address)
@@ -49,8 +55,8 @@ int TcpConnector::Try(const SocketAddress& address)
         return errno;
     if (::connect(socket_.Number(), address.Data(), address.Size()) != 0 && errno != EINPROGRESS)
         return errno;
-    writable_ =
-        std::make_unique<GatedNotifier>(gate_, socket_, QSocketNotifier::Write, [this] { FinishAttempt(); });
+    writable_ = std::make_unique<GatedWatch>(gate_, loop_, socket_, Readiness::kWritable,
+                                             [this] { FinishAttempt(); });
     return 0;
 }
 
@@ -60,10 +66,10 @@ void TcpConnector::FinishAttempt()
     if (error == 0 && IsConnectedToItself(socket_))
         error = ECONNREFUSED;
     writable_.reset();
-    if (error != 0)
-        TryRemaining(error);
-    else
+    if (error == 0)
         events_.connected(std::move(socket_));
+    else if (const int last = TryRemaining(error); last != 0)
+        events_.failed(last, addresses_.back());
 }
 
 }  // namespace platform::sockets

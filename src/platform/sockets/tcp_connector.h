@@ -20,19 +20,21 @@ public:
     };
 
     /// Starts at once; `addresses` is not empty.
-    TcpConnector(EventGate& gate, std::vector<SocketAddress> addresses, Events events);
+    TcpConnector(EventGate& gate, EventLoop& loop, std::vector<SocketAddress> addresses, Events events);
 
 private:
-    void TryRemaining(int lastError);
+    /// 0 where an attempt is under way, otherwise the errno of the last one.
+    [[nodiscard]] int TryRemaining(int lastError);
     [[nodiscard]] int Try(const SocketAddress& address);
     void FinishAttempt();
 
     EventGate& gate_;
+    EventLoop& loop_;
     std::vector<SocketAddress> addresses_;
     std::size_t tried_ = 0;
     Events events_;
     FileDescriptor socket_;
-    std::unique_ptr<GatedNotifier> writable_;
+    std::unique_ptr<GatedWatch> writable_;
     GatedEvents failure_;
 };
 

@@ -39,10 +39,10 @@ bool ConcernsTheListener(int error)
 
 }  // namespace
 
-TcpListener::TcpListener(EventGate& gate, std::uint16_t port, Events events)
+TcpListener::TcpListener(EventGate& gate, EventLoop& loop, std::uint16_t port, Events events)
     : socket_(OpenListening(port)),
       events_(std::move(events)),
-      readable_(gate, socket_, QSocketNotifier::Read, [this] { AcceptOne(); })
+      readable_(gate, loop, socket_, Readiness::kReadable, [this] { AcceptOne(); })
 {}
 
 std::uint16_t TcpListener::Port() const

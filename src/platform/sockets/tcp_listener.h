@@ -19,7 +19,7 @@ public:
     };
 
     /// Port 0 is any free port. Failure: kAddressInUse, kSocketPermissionDenied and the like.
-    TcpListener(EventGate& gate, std::uint16_t port, Events events);
+    TcpListener(EventGate& gate, EventLoop& loop, std::uint16_t port, Events events);
 
     [[nodiscard]] std::uint16_t Port() const;
 
@@ -28,7 +28,7 @@ private:
 
     FileDescriptor socket_;
     Events events_;
-    GatedNotifier readable_;
+    GatedWatch readable_;
 };
 
 }  // namespace platform::sockets

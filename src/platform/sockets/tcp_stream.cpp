@@ -12,13 +12,11 @@
 
 namespace platform::sockets {
 
-TcpStream::TcpStream(FileDescriptor socket, std::size_t& waitingInAll)
-    : socket_(std::move(socket)), queue_(waitingInAll), writable_(socket_.Number(), QSocketNotifier::Write)
+TcpStream::TcpStream(EventLoop& loop, FileDescriptor socket, std::size_t& waitingInAll)
+    : loop_(loop), socket_(std::move(socket)), queue_(waitingInAll)
 {
     SetOption(socket_, IPPROTO_TCP, TCP_NODELAY, 1);
     SetOption(socket_, SOL_SOCKET, SO_KEEPALIVE, 1);
-    writable_.setEnabled(false);
-    QObject::connect(&writable_, &QSocketNotifier::activated, &writable_, [this] { SendWaiting(); });
 }
 
 void TcpStream::Send(std::string_view bytes)
@@ -35,7 +33,8 @@ void TcpStream::Send(std::string_view bytes)
     if (sent == bytes.size())
         return;
     queue_.Append(bytes.substr(sent));
-    writable_.setEnabled(true);
+    if (!writable_)
+        writable_ = loop_.Observe(socket_.Number(), Readiness::kWritable, [this] { SendWaiting(); });
 }
 
 ssize_t TcpStream::Receive(std::span<char> buffer)
@@ -67,7 +66,7 @@ void TcpStream::SendWaiting()
         queue_.Clear();
     if (!IsIdle())
         return;
-    writable_.setEnabled(false);
+    writable_.reset();
     if (onIdle)
         onIdle();
 }

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QSocketNotifier>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string_view>
 
+#include "platform/event_loop.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/sockets/send_queue.h"
 
@@ -14,7 +15,8 @@ namespace platform::sockets {
 /// gate: that raises no event.
 class TcpStream {
 public:
-    TcpStream(FileDescriptor socket, std::size_t& waitingInAll);
+    /// The loop and the sum are borrowed and outlive the stream.
+    TcpStream(EventLoop& loop, FileDescriptor socket, std::size_t& waitingInAll);
 
     /// Hands bytes to the network, or to the queue behind those that wait. Failure: kSocketWouldBlock where
     /// the queue would get too long (the bytes are refused whole, as are more bytes than the queue can hold),
@@ -42,10 +44,11 @@ private:
     [[nodiscard]] std::size_t SendNow(std::string_view bytes);
     void SendWaiting();
 
+    EventLoop& loop_;
     FileDescriptor socket_;
     SendQueue queue_;
     int error_ = 0;
-    QSocketNotifier writable_;
+    std::unique_ptr<Watch> writable_;  // while something waits
 };
 
 }  // namespace platform::sockets

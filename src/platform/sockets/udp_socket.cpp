@@ -2,6 +2,7 @@
 
 #include <sys/socket.h>
 
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -12,6 +13,7 @@ namespace platform::sockets {
 namespace {
 
 constexpr std::size_t kLongestDatagram = std::size_t{64} << 10;
+constexpr std::size_t kMostReadAPass = 4 * kLongestDatagram;
 constexpr int kDatagramsAPass = 16;
 
 FileDescriptor OpenUdp(std::uint16_t port)
@@ -26,12 +28,11 @@ FileDescriptor OpenUdp(std::uint16_t port)
 
 }  // namespace
 
-UdpSocket::UdpSocket(EventGate& gate, std::uint16_t port, Arrived arrived)
+UdpSocket::UdpSocket(EventGate& gate, EventLoop& loop, std::uint16_t port, Arrived arrived)
     : socket_(OpenUdp(port)),
       family_(SocketAddress::OfSocket(socket_.Number()).Family()),
       arrived_(std::move(arrived)),
-      buffer_(kLongestDatagram * kDatagramsAPass),
-      readable_(gate, socket_, QSocketNotifier::Read, [this] { Read(); })
+      readable_(gate, loop, socket_, Readiness::kReadable, [this] { Read(); })
 {}
 
 void UdpSocket::Send(std::string_view bytes, const SocketAddress& target)
@@ -45,15 +46,16 @@ void UdpSocket::Send(std::string_view bytes, const SocketAddress& target)
 
 void UdpSocket::Read()
 {
+    std::array<char, kMostReadAPass> buffer;
     std::size_t size = 0;
     SocketAddress sender;
     int datagrams = 0;
-    while (datagrams < kDatagramsAPass) {
+    while (datagrams < kDatagramsAPass && buffer.size() - size >= kLongestDatagram) {
         sockaddr_in6 address{};
         socklen_t addressSize = sizeof address;
         auto* const from = reinterpret_cast<sockaddr*>(&address);
         const ssize_t count =
-            ::recvfrom(socket_.Number(), buffer_.data() + size, kLongestDatagram, 0, from, &addressSize);
+            ::recvfrom(socket_.Number(), buffer.data() + size, kLongestDatagram, 0, from, &addressSize);
         if (count < 0)
             break;
         sender = SocketAddress(from, addressSize);
@@ -61,7 +63,7 @@ void UdpSocket::Read()
         ++datagrams;
     }
     if (datagrams > 0)
-        arrived_({buffer_.data(), size}, sender);
+        arrived_({buffer.data(), size}, sender);
 }
 
 }  // namespace platform::sockets

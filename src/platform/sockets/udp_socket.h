@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <string_view>
-#include <vector>
 
 #include "platform/sockets/gated_events.h"
 #include "platform/sockets/socket_address.h"
@@ -19,7 +18,7 @@ public:
     using Arrived = std::function<void(std::string_view bytes, const SocketAddress& sender)>;
 
     /// Port 0 is any free port. Failure: kAddressInUse, kSocketPermissionDenied and the like.
-    UdpSocket(EventGate& gate, std::uint16_t port, Arrived arrived);
+    UdpSocket(EventGate& gate, EventLoop& loop, std::uint16_t port, Arrived arrived);
 
     /// Sends one datagram. Failure: kMessageTooLong, kNetworkUnreachable and the like; the datagram is lost.
     void Send(std::string_view bytes, const SocketAddress& target);
@@ -32,8 +31,7 @@ private:
     FileDescriptor socket_;
     int family_;
     Arrived arrived_;
-    std::vector<char> buffer_;
-    GatedNotifier readable_;
+    GatedWatch readable_;
 };
 
 }  // namespace platform::sockets

@@ -5,13 +5,12 @@
 
 #include "platform/ansi_code_page.h"
 #include "platform/conversions.h"
-#include "platform/sockets/lingering_connection.h"
 #include "platform/sockets/socket_error.h"
 
 namespace platform::sockets {
 
-Winsock::Winsock(EventGate& gate, const RegionalFormats& formats)
-    : gate_(gate), formats_(formats), lookup_(gate)
+Winsock::Winsock(EventGate& gate, EventLoop& loop, const RegionalFormats& formats)
+    : gate_(gate), loop_(loop), formats_(formats), lookup_(gate, loop), lingering_(loop)
 {}
 
 Winsock::~Winsock() = default;
@@ -71,7 +70,7 @@ void Winsock::Listen()
         return;
     }
     listener_ = std::make_unique<TcpListener>(
-        gate_, localPort_,
+        gate_, loop_, localPort_,
         TcpListener::Events{
             .announced = [this](FileDescriptor peer) { Announce(std::move(peer)); },
             .failed = [this](int error) { Fail(SocketFailure(error, "Cannot accept a peer")); }});
@@ -115,7 +114,7 @@ void Winsock::Close()
 {
     lookup_.Cancel();
     if (connection_)
-        new LingeringConnection(connection_->TakeStream(), &lingering_);
+        lingering_.Add(connection_->TakeStream());
     DropSockets();
     received_.clear();
     state_ = kClosed;
@@ -155,7 +154,7 @@ void Winsock::ConnectTcp(Addresses addresses)
     for (SocketAddress& address : addresses)
         address.SetPort(remotePort_);
     connector_ = std::make_unique<TcpConnector>(
-        gate_, std::move(addresses),
+        gate_, loop_, std::move(addresses),
         TcpConnector::Events{.connected = [this](FileDescriptor socket) { Connected(std::move(socket)); },
                              .failed =
                                  [this](int error, const SocketAddress& address) {
@@ -172,7 +171,7 @@ void Winsock::ConnectUdp(const Addresses& addresses)
 void Winsock::OpenUdp(std::uint16_t port)
 {
     udp_ = std::make_unique<UdpSocket>(
-        gate_, port,
+        gate_, loop_, port,
         [this](std::string_view bytes, const SocketAddress& sender) { TakeDatagrams(bytes, sender); });
     target_.reset();
 }

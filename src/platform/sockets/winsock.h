@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QObject>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +10,7 @@
 #include "platform/failure.h"
 #include "platform/regional_formats.h"
 #include "platform/sockets/host_lookup.h"
+#include "platform/sockets/lingering_connections.h"
 #include "platform/sockets/tcp_connection.h"
 #include "platform/sockets/tcp_connector.h"
 #include "platform/sockets/tcp_listener.h"
@@ -19,7 +19,7 @@
 
 namespace platform::sockets {
 
-/// The Winsock control over the operating system's sockets, driven by the Qt event loop of its thread.
+/// The Winsock control over the operating system's sockets, driven by the event loop of its thread.
 ///
 /// Blanks around a host are dropped. A request is good until its OnConnectionRequest has returned; a peer
 /// that was not accepted by then is refused. After OnClose of a peer that has only ended its own side,
@@ -28,8 +28,8 @@ namespace platform::sockets {
 /// that SendData.
 class Winsock final : public WinsockControl {
 public:
-    /// The gate and the formats must outlive the control.
-    Winsock(EventGate& gate, const RegionalFormats& formats);
+    /// All three must outlive the control.
+    Winsock(EventGate& gate, EventLoop& loop, const RegionalFormats& formats);
     ~Winsock() override;
 
     void SetProtocol(Protocol protocol) override;
@@ -69,6 +69,7 @@ private:
     void DropSockets();
 
     EventGate& gate_;
+    EventLoop& loop_;
     const RegionalFormats& formats_;
 
     Protocol protocol_ = Protocol::kTcp;
@@ -88,7 +89,7 @@ private:
     std::unique_ptr<TcpConnection> connection_;
     std::unique_ptr<TcpListener> listener_;
     std::unique_ptr<UdpSocket> udp_;
-    QObject lingering_;
+    LingeringConnections lingering_;
 };
 
 }  // namespace platform::sockets

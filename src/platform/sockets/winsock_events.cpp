@@ -1,4 +1,3 @@
-#include <QScopeGuard>
 #include <utility>
 
 #include "platform/sockets/socket_error.h"
@@ -30,7 +29,7 @@ void Winsock::Connected(FileDescriptor socket)
 void Winsock::Serve(FileDescriptor socket)
 {
     connection_ = std::make_unique<TcpConnection>(
-        gate_, std::make_unique<TcpStream>(std::move(socket), waitingInAll_),
+        gate_, loop_, std::make_unique<TcpStream>(loop_, std::move(socket), waitingInAll_),
         TcpConnection::Events{
             .arrived = [this](std::string_view bytes) { TakeArrived(bytes); },
             .ended = [this] { Raise(OnClose); },
@@ -40,8 +39,12 @@ void Winsock::Serve(FileDescriptor socket)
 
 void Winsock::Announce(FileDescriptor peer)
 {
+    struct Refusal {  // of a peer that was not accepted, also where the handler throws
+        FileDescriptor& peer;
+        ~Refusal() { peer.Close(); }
+    };
     requestingPeer_ = std::move(peer);
-    const auto refuseWhenNotAccepted = qScopeGuard([this] { requestingPeer_.Close(); });
+    const Refusal refusal{requestingPeer_};
     Raise(OnConnectionRequest, ++lastRequest_);
 }
 

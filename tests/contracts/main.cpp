@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
+#include <QApplication>
 
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
+    const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

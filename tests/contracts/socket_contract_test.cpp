@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "fakes/clock_and_formats.h"
+#include "fakes/components.h"
+#include "platform/event_gate.h"
+#include "platform/failure_numbers.h"
+#include "platform/posix/epoll_loop.h"
+#include "platform/sockets/multicast.h"
+#include "platform/sockets/winsock.h"
+#include "support/failure_of.h"
+
+namespace platform {
+namespace {
+
+using Protocol = WinsockControl::Protocol;
+
+struct FakeSockets {
+    fakes::Journal journal;
+    fakes::Winsock winsock{journal, "WinsockConnect"};
+    fakes::Multicast multicast{journal, "MCSockConnect"};
+};
+
+struct RealSockets {
+    EventGate gate;
+    fakes::PlainFormats formats;
+    posix::EpollLoop loop;
+    sockets::Winsock winsock{gate, loop, formats};
+    sockets::Multicast multicast{gate, loop};
+};
+
+template <class Sockets>
+class SocketContract : public testing::Test {
+protected:
+    /// What opens a control that is closed.
+    std::vector<std::function<void()>> Openings()
+    {
+        return {[this] { winsock.Connect(); }, [this] { winsock.Connect("127.0.0.1", "5015"); },
+                [this] { winsock.Listen(); },  [this] { winsock.Bind("0"); },
+                [this] { winsock.Accept(1); }, [this] { winsock.SetProtocol(Protocol::kTcp); }};
+    }
+
+    void SetTarget(const std::string& host, std::int32_t port)
+    {
+        winsock.SetRemoteHost(host);
+        winsock.SetRemotePort(port);
+    }
+
+    Sockets its;
+    WinsockControl& winsock = its.winsock;
+    MulticastControl& multicast = its.multicast;
+};
+
+using Kinds = testing::Types<FakeSockets, RealSockets>;
+TYPED_TEST_SUITE(SocketContract, Kinds);
+
+TYPED_TEST(SocketContract, EachOpeningHasItsState)
+{
+    auto& winsock = this->winsock;
+    EXPECT_EQ(winsock.State(), WinsockControl::kClosed);
+    this->SetTarget("127.0.0.1", 5015);
+    const struct {
+        Protocol protocol;
+        std::function<void()> open;
+        std::int16_t state;
+    } cases[] = {
+        {Protocol::kTcp, [&] { winsock.Connect(); }, WinsockControl::kConnecting},
+        {Protocol::kTcp, [&] { winsock.Connect("127.0.0.1", "5016"); }, WinsockControl::kConnecting},
+        {Protocol::kTcp, [&] { winsock.Listen(); }, WinsockControl::kListening},
+        {Protocol::kUdp, [&] { winsock.Connect(); }, WinsockControl::kConnected},
+        {Protocol::kUdp, [&] { winsock.Connect("::1", "5016"); }, WinsockControl::kConnected},
+        {Protocol::kUdp, [&] { winsock.Listen(); }, WinsockControl::kListening},
+        {Protocol::kUdp, [&] { winsock.Bind("0"); }, WinsockControl::kOpen},
+    };
+    for (const auto& [protocol, open, state] : cases) {
+        winsock.SetProtocol(protocol);
+        open();
+        EXPECT_EQ(winsock.State(), state);
+        winsock.Close();
+        winsock.Close();
+        EXPECT_EQ(winsock.State(), WinsockControl::kClosed);
+    }
+}
+
+TYPED_TEST(SocketContract, OnlyAClosedControlCanBeOpened)
+{
+    auto& winsock = this->winsock;
+    for (const Protocol protocol : {Protocol::kTcp, Protocol::kUdp}) {
+        winsock.SetProtocol(protocol);
+        winsock.Listen();
+        for (const auto& open : this->Openings())
+            EXPECT_EQ(FailureOf(open), failure::kInvalidOperationAtCurrentState);
+        EXPECT_EQ(winsock.State(), WinsockControl::kListening);
+        winsock.Close();
+    }
+}
+
+TYPED_TEST(SocketContract, AWrongTargetIsRefusedAndLeavesTheControlClosed)
+{
+    auto& winsock = this->winsock;
+    const struct {
+        const char* host;
+        const char* port;
+        int number;
+    } cases[] = {{"", "5015", failure::kAddressNotAvailable},
+                 {"127.0.0.1", "0", failure::kAddressNotAvailable},
+                 {"127.0.0.1", "65536", failure::kInvalidPropertyValue},
+                 {"127.0.0.1", "-1", failure::kInvalidPropertyValue},
+                 {"127.0.0.1", "99999999999", failure::kOverflow},
+                 {"127.0.0.1", "harbour", failure::kTypeMismatch}};
+    for (const auto& [host, port, number] : cases) {
+        EXPECT_EQ(FailureOf([&] { winsock.Connect(host, port); }), number) << host << " " << port;
+        EXPECT_EQ(winsock.State(), WinsockControl::kClosed);
+    }
+    for (const std::int32_t port : {-1, 65536}) {
+        EXPECT_EQ(FailureOf([&] { winsock.SetRemotePort(port); }), failure::kInvalidPropertyValue);
+        EXPECT_EQ(FailureOf([&] { winsock.SetLocalPort(port); }), failure::kInvalidPropertyValue);
+    }
+    this->SetTarget("", 5015);
+    EXPECT_EQ(FailureOf([&] { winsock.Connect(); }), failure::kAddressNotAvailable);
+}
+
+TYPED_TEST(SocketContract, SendingNeedsAPeer)
+{
+    auto& winsock = this->winsock;
+    const auto send = [&] { winsock.SendData("record"); };
+    EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
+    EXPECT_EQ(FailureOf([&] { winsock.Accept(1); }), failure::kWrongProtocolOrState);
+    winsock.Listen();
+    EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
+    winsock.Close();
+    winsock.SetProtocol(Protocol::kUdp);
+    for (const auto& open :
+         std::vector<std::function<void()>>{[&] { winsock.Listen(); }, [&] { winsock.Bind("0"); }}) {
+        open();
+        EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
+        winsock.Close();
+    }
+    this->SetTarget("127.0.0.1", 5015);
+    winsock.Connect();
+    EXPECT_EQ(FailureOf(send), 0);
+    winsock.Close();
+    EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
+    winsock.Bind("0");
+    EXPECT_EQ(FailureOf(send), 0) << "the target that was set counts";
+}
+
+TYPED_TEST(SocketContract, AGroupIsAnAddressOfAGroupAndAPort)
+{
+    const struct {
+        const char* group;
+        std::int32_t port;
+        int number;
+    } cases[] = {{"239.1.2.3", 5015, 0},
+                 {"224.0.0.251", 65535, 0},
+                 {"ff02::1234", 1, 0},
+                 {"127.0.0.1", 5015, failure::kInvalidPropertyValue},
+                 {"240.0.0.1", 5015, failure::kInvalidPropertyValue},
+                 {"::1", 5015, failure::kInvalidPropertyValue},
+                 {"shop", 5015, failure::kInvalidPropertyValue},
+                 {"", 5015, failure::kInvalidPropertyValue},
+                 {"239.1.2.3", 0, failure::kInvalidPropertyValue},
+                 {"239.1.2.3", 65536, failure::kInvalidPropertyValue}};
+    for (const auto& [group, port, number] : cases) {
+        EXPECT_EQ(FailureOf([&, &group = group, &port = port] { this->multicast.OpenGroup(group, port); }),
+                  number)
+            << group << " " << port;
+        EXPECT_EQ(
+            FailureOf([&, &group = group, &port = port] { this->multicast.SendToGroup({65}, group, port); }),
+            number)
+            << group << " " << port;
+    }
+}
+
+TYPED_TEST(SocketContract, AClosedGroupTakesNoRecord)
+{
+    auto& multicast = this->multicast;
+    const auto send = [&] { multicast.SendToGroup({65, 66}, "239.1.2.3", 5015); };
+    EXPECT_EQ(FailureOf(send), 0) << "never opened: the control opens what it needs";
+    multicast.CloseGroup();
+    multicast.CloseGroup();
+    EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
+    multicast.OpenGroup("239.1.2.3", 5015);
+    EXPECT_EQ(FailureOf(send), 0);
+}
+
+}  // namespace
+}  // namespace platform
