@@ -9,11 +9,10 @@
 #include <sstream>
 
 #include "platform/failure_numbers.h"
-#include "platform/jet/catalogue.h"
+#include "platform/jet/byte_source.h"
 #include "platform/jet/engine.h"
-#include "platform/jet/file_source.h"
-#include "platform/jet/index_order.h"
-#include "platform/jet/sorted_order.h"
+#include "platform/jet/row_order.h"
+#include "platform/jet/table_definition.h"
 #include "platform/memory/clock_and_formats.h"
 #include "support/failure_of.h"
 

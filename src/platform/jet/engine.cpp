@@ -5,7 +5,6 @@
 
 #include "platform/conversions.h"
 #include "platform/jet/database_file.h"
-#include "platform/jet/file_source.h"
 
 namespace platform::jet {
 namespace {
