@@ -10,11 +10,10 @@
 
 #include "fakes/clock_and_formats.h"
 #include "platform/failure_numbers.h"
-#include "platform/jet/catalogue.h"
+#include "platform/jet/byte_source.h"
 #include "platform/jet/engine.h"
-#include "platform/jet/file_source.h"
-#include "platform/jet/index_order.h"
-#include "platform/jet/sorted_order.h"
+#include "platform/jet/row_order.h"
+#include "platform/jet/table_definition.h"
 #include "support/failure_of.h"
 
 namespace platform::jet {

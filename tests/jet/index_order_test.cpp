@@ -1,12 +1,11 @@
-#include "platform/jet/index_order.h"
+#include "platform/jet/row_order.h"
 
 #include <gtest/gtest.h>
 
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
-#include "platform/jet/catalogue.h"
 #include "platform/jet/index_page.h"
-#include "platform/jet/sorted_order.h"
+#include "platform/jet/table_definition.h"
 
 namespace platform::jet {
 namespace {

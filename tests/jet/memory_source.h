@@ -16,7 +16,8 @@ public:
     TooManyReads() : std::logic_error("the reader does not come to an end") {}
 };
 
-/// A database held in memory, which stops a reader after so many pages (of 2,048 bytes, a part counts as one).
+/// A database held in memory, which stops a reader after so many pages (of 2,048 bytes, a part counts as
+/// one).
 class MemorySource : public ByteSource {
 public:
     MemorySource(std::string bytes, std::uint64_t mostPages) : bytes_(std::move(bytes)), pagesLeft_(mostPages)

@@ -107,6 +107,7 @@ TEST_F(PageFileTest, KeepsWhatItReadLast)
         for (const std::uint32_t number : {700U, 20U, 400U})
             ExpectPage(number);
     EXPECT_EQ(stamped_.reads, 3U);
+    EXPECT_EQ(stamped_.bytesRead, 3 * kPageSize) << "reads ahead although it jumps about";
 }
 
 TEST_F(PageFileTest, HasNoPageThatTheFileEndsIn)

@@ -1,4 +1,4 @@
-#include "platform/jet/query.h"
+#include "platform/jet/database_file.h"
 
 #include <gtest/gtest.h>
 

@@ -8,9 +8,9 @@
 
 #include "jet/memory_source.h"
 #include "platform/failure.h"
-#include "platform/jet/catalogue.h"
 #include "platform/jet/damage_report.h"
 #include "platform/jet/database_file.h"
+#include "platform/jet/table_definition.h"
 
 namespace platform::jet {
 

@@ -8,8 +8,8 @@
 #include "make_database/bytes.h"
 #include "make_database/database_writer.h"
 #include "platform/failure_numbers.h"
-#include "platform/jet/catalogue.h"
 #include "platform/jet/database_file.h"
+#include "platform/jet/table_definition.h"
 #include "support/failure_of.h"
 
 namespace platform::jet {

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/jet/text_sort_key.h"
-
 namespace platform::jet {
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/jet/usage_map.h"
+#include "platform/jet/table_scan.h"
 
 #include <gtest/gtest.h>
 

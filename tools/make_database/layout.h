@@ -8,8 +8,8 @@ namespace tools {
 /// The two file formats: Jet 3 (Access 97) and Jet 4 (Access 2000 to 2003).
 enum class Format { kJet3, kJet4 };
 
-/// Sizes and places that differ between the formats. Source: files written by Access 97 and Access 2000, and
-/// the format notes that come with mdbtools.
+/// Sizes and places that differ between the formats. The sources of all that is written here are listed in
+/// src/platform/jet/layout.h; the tables there, beside the code that reads, were made from the same.
 struct Layout {
     Format format;
     std::size_t pageSize;

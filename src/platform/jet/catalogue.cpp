@@ -1,11 +1,10 @@
-#include "platform/jet/catalogue.h"
-
 #include <optional>
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
 #include "platform/jet/column_value.h"
 #include "platform/jet/damage_report.h"
+#include "platform/jet/table_definition.h"
 #include "platform/jet/table_scan.h"
 #include "platform/names.h"
 

@@ -1,15 +1,71 @@
 #include "platform/jet/column_value.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
+#include <string>
 
-#include "platform/jet/exact_number.h"
-#include "platform/jet/long_value.h"
 #include "platform/jet/text.h"
 
+/// Values of fixed length
+///
+///   TYPE       SIZE   STORED AS
+///   boolean    0      a bit of the row's null mask
+///   byte       1      0 to 255
+///   integer    2      signed
+///   long       4      signed
+///   currency   8      signed, in ten-thousandths
+///   single     4
+///   double     8
+///   date       8      double, days since 30 December 1899; the fraction counts forward, also before that day
+///   GUID       16     numbers of 4, 2 and 2 bytes, then 8 bytes in their order
+///   decimal    17     sign (0: positive), four numbers of 4 bytes, the most significant one first; how many
+///                     decimal places these have is the column's
 namespace platform::jet {
 namespace {
 
 constexpr std::size_t kCurrencyScale = 4;
+
+/// An unsigned whole number of 128 bits, most significant part first.
+using Magnitude = std::array<std::uint32_t, 4>;
+
+/// Divides in place and returns the remainder.
+std::uint32_t DivideByTen(Magnitude& magnitude)
+{
+    std::uint64_t remainder = 0;
+    for (std::uint32_t& part : magnitude) {
+        const std::uint64_t dividend = remainder << 32 | part;
+        part = static_cast<std::uint32_t>(dividend / 10);
+        remainder = dividend % 10;
+    }
+    return static_cast<std::uint32_t>(remainder);
+}
+
+std::string Digits(Magnitude magnitude)
+{
+    std::string digits;
+    while (magnitude != Magnitude{})
+        digits.push_back(static_cast<char>('0' + DivideByTen(magnitude)));
+    std::ranges::reverse(digits);
+    return digits;
+}
+
+/// The number sign x magnitude / 10^scale.
+ExactNumber ToExactNumber(bool negative, Magnitude magnitude, std::size_t scale)
+{
+    std::string digits = Digits(magnitude);
+    if (digits.empty())
+        return {"0"};
+    if (digits.size() <= scale)
+        digits.insert(0, scale + 1 - digits.size(), '0');
+    if (scale > 0) {
+        digits.insert(digits.size() - scale, 1, '.');
+        digits.erase(digits.find_last_not_of('0') + 1);
+        if (digits.back() == '.')
+            digits.pop_back();
+    }
+    return {negative ? "-" + digits : digits};
+}
 
 Binary ToBinary(ByteView bytes)
 {

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "platform/jet/byte_view.h"
+#include "platform/jet/layout.h"
 #include "platform/jet/page_file.h"
-#include "platform/jet/row_position.h"
 
 namespace platform::jet {
 

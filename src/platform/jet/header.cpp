@@ -2,13 +2,26 @@
 
 #include <array>
 #include <limits>
+#include <numeric>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/ansi_code_page.h"
-#include "platform/jet/rc4.h"
 #include "platform/jet/text.h"
 
+/// Page 0, the header
+///
+///   OFFSET      SIZE      DESCRIPTION
+///   0x00        20        00 01 00 00 "Standard Jet DB" 00
+///   0x14        1         version: 0 Jet 3, 1 Jet 4; newer files have higher numbers
+///   0x18        126|128   masked: XOR with the RC4 stream of the key C7 DA 39 6B; in it
+///     0x3E      4         key of encoded pages; 0: pages are stored plainly
+///     0x42      20|40     password, filled up with zeros: code page 1252 | UTF-16
+///     0x72      8         Jet 4: creation date, a double of days since 30 December 1899
+///
+/// In Jet 4 the password is masked once more, with the creation date cut to whole days: its four bytes, over
+/// and over. So no password is zeros only after both masks.
 namespace platform::jet {
 namespace {
 
@@ -31,7 +44,7 @@ std::vector<std::uint8_t> Unmasked(ByteView start, Format format)
     return plain;
 }
 
-/// Takes the second mask off a Jet 4 password: the day of the file's creation, as four bytes over and over.
+/// Removes the second mask of a Jet 4 password: the day of the file's creation, its four bytes over and over.
 void UnmaskByDate(std::span<std::uint8_t> password, double creationDate)
 {
     if (!(creationDate > std::numeric_limits<std::int32_t>::min() &&
@@ -72,6 +85,25 @@ Header ReadHeader(ByteView start, Format format)
         return {UpToZero(FromAnsi(password.AsText())), header.U32(kPageKey)};
     UnmaskByDate(std::span(plain).subspan(kPassword, password.Size()), header.F64(kCreationDate));
     return {UpToZero(FromUtf16(password)), header.U32(kPageKey)};
+}
+
+void ApplyRc4(std::span<const std::uint8_t> key, std::span<std::uint8_t> bytes)
+{
+    std::array<std::uint8_t, 256> state{};
+    std::iota(state.begin(), state.end(), std::uint8_t{0});
+    std::uint8_t j = 0;
+    for (std::size_t i = 0; i < state.size(); ++i) {
+        j = static_cast<std::uint8_t>(j + state[i] + key[i % key.size()]);
+        std::swap(state[i], state[j]);
+    }
+    std::uint8_t i = 0;
+    j = 0;
+    for (std::uint8_t& byte : bytes) {
+        i = static_cast<std::uint8_t>(i + 1);
+        j = static_cast<std::uint8_t>(j + state[i]);
+        std::swap(state[i], state[j]);
+        byte ^= state[static_cast<std::uint8_t>(state[i] + state[j])];
+    }
 }
 
 }  // namespace platform::jet

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "platform/jet/byte_view.h"
@@ -25,5 +26,9 @@ struct Header {
 /// Reads the header, whose bytes are masked with a fixed RC4 stream, the Jet 4 password once more with the
 /// file's creation date. Throws Damage where there are fewer bytes than kHeaderSize or the date is none.
 [[nodiscard]] Header ReadHeader(ByteView start, Format format);
+
+/// Encodes or decodes bytes in place with the RC4 stream of a key; doing it twice gives the bytes back. The
+/// key must not be empty.
+void ApplyRc4(std::span<const std::uint8_t> key, std::span<std::uint8_t> bytes);
 
 }  // namespace platform::jet

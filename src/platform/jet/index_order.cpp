@@ -1,4 +1,4 @@
-#include "platform/jet/index_order.h"
+#include "platform/jet/row_order.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -65,7 +65,7 @@ public:
         return true;
     }
 
-    [[nodiscard]] std::vector<RowPosition> TakePositions() { return std::move(positions_); }
+    [[nodiscard]] std::vector<RowPosition> ReleasePositions() { return std::move(positions_); }
 
 private:
     /// The leaf to the right; nothing where entries are out of order or too many.
@@ -117,7 +117,7 @@ std::optional<std::vector<RowPosition>> PositionsIn(const PageFile& file, const 
     LeafWalk walk(file, table, rows);
     if (!walk.Walk(FirstLeaf(file, index.rootPage)))
         return std::nullopt;
-    std::vector<RowPosition> positions = walk.TakePositions();
+    std::vector<RowPosition> positions = walk.ReleasePositions();
     return positions.size() == rows ? std::optional(std::move(positions)) : std::nullopt;
 }
 

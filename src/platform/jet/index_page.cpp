@@ -2,6 +2,25 @@
 
 #include <bit>
 
+/// Index page
+///
+///   OFFSET 3|4    SIZE       DESCRIPTION
+///   0|0           1          3: a node, it leads to lower pages; 4: a leaf, it leads to rows
+///   4|4           4          page of the table's definition
+///   8|12          4          page to the left; 0: none
+///   12|16         4          page to the right; 0: none
+///   20|24         1|2        how many bytes all entries share with the first. In Jet 3 the next byte is the
+///                            level already: read as two bytes they make nonsense of each page above leaves.
+///   21|26         1          level: 0 in leaves
+///   0x16|0x1B     226|453    bitmap: a bit for each byte of the entries' area, set where an entry has ended
+///   0xF8|0x1E0    n          entries
+///
+/// An entry is the key's columns, each as bytes that compare as its values do, then its row: page (3 bytes)
+/// and row (1 byte); in a node, the page below in 4 bytes more. These have their most significant byte first.
+/// An entry of a node is the last one of the page below it. The last leaf may be in no node yet, so that
+/// leaves are followed from left to right.
+///
+/// All entries but the first leave out the shared bytes, which may reach into page and row.
 namespace platform::jet {
 namespace {
 

@@ -7,7 +7,6 @@
 
 #include "platform/jet/byte_view.h"
 #include "platform/jet/layout.h"
-#include "platform/jet/row_position.h"
 
 namespace platform::jet {
 

@@ -1,4 +1,4 @@
-#include "platform/jet/key_sort.h"
+#include "platform/jet/sorting.h"
 
 #include <algorithm>
 #include <compare>

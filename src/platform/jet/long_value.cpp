@@ -1,4 +1,4 @@
-#include "platform/jet/long_value.h"
+#include "platform/jet/column_value.h"
 
 #include <algorithm>
 #include <limits>
@@ -6,6 +6,21 @@
 
 #include "platform/jet/data_page.h"
 
+/// Long value: a memo or an OLE value
+///
+/// The row has this in the column's place:
+///
+///   OFFSET   SIZE   DESCRIPTION
+///   0        4      length in 30 bits, and how the value is stored
+///                     0x80000000  here, behind these 12 bytes; it may be long all the same
+///                     0x40000000  in one row of a page of long values
+///                     neither     in blocks, each of which is such a row
+///   4        4      row (1 byte) and page (3 bytes) of the row or of the first block
+///   8        4      not read
+///
+///   Block: OFFSET   SIZE   DESCRIPTION
+///   0               4      row and page of the next block; 0: none
+///   4               n      bytes of the value, at least one
 namespace platform::jet {
 namespace {
 

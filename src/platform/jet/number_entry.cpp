@@ -1,4 +1,4 @@
-#include "platform/jet/number_entry.h"
+#include "platform/jet/sorting.h"
 
 #include <algorithm>
 #include <array>

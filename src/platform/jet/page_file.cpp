@@ -6,11 +6,28 @@
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
-#include "platform/jet/rc4.h"
+#include "platform/jet/header.h"
 
+/// Pages
+///
+/// A file is pages of 2048 | 4096 bytes, numbered from 0, which is the header. The first byte of each other
+/// one tells its kind:
+///
+///   1  rows of a table, or pieces of long values     data_page.cpp
+///   2  definition of a table                         table_definition.cpp
+///   3  index page that leads to lower ones           index_page.cpp
+///   4  index page that leads to rows                 index_page.cpp
+///   5  bitmap of a usage map                         usage_map.cpp
+///
+/// Data and index pages have at offset 4, in four bytes, the page of their table's definition: their owner. A
+/// page that is reached by a wrong way shows by kind and owner. On a data page of long values the four bytes
+/// are the letters LVAL.
+///
+/// Where the header has a page key that is not 0, page n is encoded with the RC4 stream of the four bytes of
+/// (key XOR n), whether there is a password or not.
 namespace platform::jet {
 
-PageFile::PageFile(std::unique_ptr<ByteSource> source, std::string name)
+PageFile::PageFile(std::shared_ptr<const ByteSource> source, std::string name)
     : source_(std::move(source)), name_(std::move(name)), kept_(kPagesKept)
 {
     std::array<std::uint8_t, kHeaderSize> bytes{};
@@ -70,8 +87,9 @@ std::vector<std::uint8_t> PageFile::LoadPage(std::uint32_t number) const
 
 void PageFile::FillWindow(std::uint32_t number) const
 {
-    // Going forward through the file, more pages are read at a time; jumping about, one. What is skipped
-    // must stay less than what was of use, or reading ahead would copy more than it saves.
+    // A reader that goes forward gets twice as many pages with each read, one that jumps about a single one.
+    // On its way forward it may pass over pages, but over fewer than the last read gave: else most of what is
+    // read ahead would be of no use.
     const std::uint32_t end = window_.first + window_.count;
     const bool goesForward = window_.count > 0 && number >= end && number - end < window_.count;
     const std::uint32_t count = goesForward ? std::min(2 * window_.count, kMostPagesAhead) : 1;

@@ -42,7 +42,7 @@ class PageFile {
 public:
     /// Reads the header. `name` stands for the file in descriptions. Failure: kUnrecognisedFormat. Throws
     /// Damage.
-    PageFile(std::unique_ptr<ByteSource> source, std::string name);
+    PageFile(std::shared_ptr<const ByteSource> source, std::string name);
 
     [[nodiscard]] const std::string& Name() const { return name_; }
     [[nodiscard]] Format FileFormat() const { return format_; }
@@ -80,7 +80,7 @@ private:
     [[nodiscard]] std::vector<std::uint8_t> LoadPage(std::uint32_t number) const;
     void FillWindow(std::uint32_t number) const;
 
-    std::unique_ptr<ByteSource> source_;
+    std::shared_ptr<const ByteSource> source_;
     std::string name_;
     Format format_ = Format::kJet4;
     Header header_;

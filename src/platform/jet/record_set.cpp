@@ -9,32 +9,29 @@
 
 namespace platform::jet {
 
-JetRecordSet::JetRecordSet(std::shared_ptr<const PageFile> file, TableDefinition table,
-                           std::vector<RowPosition> positions)
-    : file_(std::move(file)), table_(std::move(table)), positions_(std::move(positions))
-{}
+JetRecordSet::JetRecordSet(std::shared_ptr<const OrderedRows> rows) : rows_(std::move(rows)) {}
 
 std::int64_t JetRecordSet::RecordCount() const
 {
-    return static_cast<std::int64_t>(positions_.size());
+    return static_cast<std::int64_t>(rows_->positions.size());
 }
 
 bool JetRecordSet::AtEOF() const
 {
-    return current_ == positions_.size();
+    return current_ == rows_->positions.size();
 }
 
 Value JetRecordSet::Field(const std::string& column) const
 {
-    const Column* const found = table_.Find(column);
+    const Column* const found = rows_->table.Find(column);
     if (found == nullptr)
         throw Failure(failure::kNoSuchColumn,
-                      "There is no column " + column + " in the records of " + file_->Name());
+                      "There is no column " + column + " in the records of " + rows_->file->Name());
     if (AtEOF())
         throw NoCurrentRecord();
-    const auto read = [&] { return ReadValue(*file_, CurrentRow(), *found); };
-    return ReportingDamage(file_->Name(), [&] {
-        return InTable(table_.name, [&] { return OnPage(positions_[current_].Page(), read); });
+    const auto read = [&] { return ReadValue(*rows_->file, CurrentRow(), *found); };
+    return ReportingDamage(rows_->file->Name(), [&] {
+        return InTable(rows_->table.name, [&] { return OnPage(rows_->positions[current_].Page(), read); });
     });
 }
 
@@ -48,7 +45,7 @@ void JetRecordSet::MoveNext()
 
 void JetRecordSet::MoveFirst()
 {
-    if (positions_.empty())
+    if (rows_->positions.empty())
         throw NoCurrentRecord();
     current_ = 0;
     row_.reset();
@@ -57,13 +54,14 @@ void JetRecordSet::MoveFirst()
 const Row& JetRecordSet::CurrentRow() const
 {
     if (!row_)
-        row_.emplace(FetchRow(*file_, positions_[current_], table_.page), table_, file_->FileFormat());
+        row_.emplace(FetchRow(*rows_->file, rows_->positions[current_], rows_->table.page), rows_->table,
+                     rows_->file->FileFormat());
     return *row_;
 }
 
 Failure JetRecordSet::NoCurrentRecord() const
 {
-    return {failure::kNoCurrentRecord, "There is no current record in " + file_->Name()};
+    return {failure::kNoCurrentRecord, "There is no current record in " + rows_->file->Name()};
 }
 
 }  // namespace platform::jet

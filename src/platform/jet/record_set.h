@@ -9,16 +9,22 @@
 #include "platform/failure.h"
 #include "platform/jet/page_file.h"
 #include "platform/jet/row.h"
-#include "platform/jet/row_position.h"
 #include "platform/jet/table_definition.h"
 
 namespace platform::jet {
 
-/// The rows of a table at known positions, each read when its first value is asked for.
+/// The rows of a query in their order: all that record sets on the same rows can share. It does not change.
+struct OrderedRows {
+    std::shared_ptr<const PageFile> file;
+    TableDefinition table;
+    std::vector<RowPosition> positions;
+};
+
+/// A cursor on rows, each of which is read when its first value is asked for. Of its own it has the cursor
+/// and the current row with the page that holds it.
 class JetRecordSet : public RecordSet {
 public:
-    JetRecordSet(std::shared_ptr<const PageFile> file, TableDefinition table,
-                 std::vector<RowPosition> positions);
+    explicit JetRecordSet(std::shared_ptr<const OrderedRows> rows);
 
     [[nodiscard]] std::int64_t RecordCount() const override;
     [[nodiscard]] bool AtEOF() const override;
@@ -30,9 +36,7 @@ private:
     [[nodiscard]] const Row& CurrentRow() const;
     [[nodiscard]] Failure NoCurrentRecord() const;
 
-    std::shared_ptr<const PageFile> file_;
-    TableDefinition table_;
-    std::vector<RowPosition> positions_;
+    std::shared_ptr<const OrderedRows> rows_;
     std::size_t current_ = 0;
     mutable std::optional<Row> row_;  // the current row, once it has been read
 };

@@ -2,6 +2,30 @@
 
 #include <utility>
 
+/// Row
+///
+/// In front stand the columns of fixed length and then those of variable length; the rest is read from the
+/// end:
+///
+///   Jet 4: SIZE   DESCRIPTION                        Jet 3: SIZE   DESCRIPTION
+///   2             number of columns                  1             number of columns
+///   n             columns of fixed length            n             columns of fixed length
+///   n             columns of variable length         n             columns of variable length
+///   2             offset of their end                1             offset of their end
+///   2 x v         their offsets, the last first      1 x v         their offsets, the last first
+///   2             v, the number of these             j             jumps, the last first
+///   (c + 7) / 8   null mask                          1             v
+///                                                    (c + 7) / 8   null mask
+///
+/// Bit b of the null mask belongs to the column of number b; 1: not null. A boolean has no other place: the
+/// bit is its value. A row may have fewer columns than its table: the others were added to the table later
+/// and are null. The row has v, the offsets and the jumps only where the table has columns of variable
+/// length.
+///
+/// A jump says what an offset of one byte cannot: how many times 256 to add. The first jump is the index of
+/// the first variable column that begins at 256 or later, the second that of the first one at 512 or later.
+/// Access makes room for (length of the row - 1) / 256 jumps. Where only offsets and mask reach past such a
+/// border, but no column, the last of them is a dummy.
 namespace platform::jet {
 namespace {
 

@@ -8,11 +8,8 @@
 
 namespace platform::jet {
 
-/// One row, taken apart: which columns are null and where the bytes of the others stand.
-///
-/// A row has the fixed columns in front; at its end, backwards, the null mask, the number of variable columns
-/// and their offsets. It may have fewer columns than the table: those were added later and are null.
-/// A row whose parts do not fit into it throws Damage, from the constructor or where the part is asked for.
+/// One row, taken apart: which columns are null and where the bytes of the others stand. A row whose parts do
+/// not fit into it throws Damage, from the constructor or where the part is asked for.
 class Row {
 public:
     Row(StoredRow stored, const TableDefinition& table, Format format);

@@ -1,12 +1,10 @@
-#include "platform/jet/sort_key.h"
+#include "platform/jet/sorting.h"
 
 #include <algorithm>
 #include <bit>
 
 #include "platform/jet/column_value.h"
-#include "platform/jet/long_value.h"
 #include "platform/jet/text.h"
-#include "platform/jet/text_sort_key.h"
 
 namespace platform::jet {
 namespace {

@@ -1,13 +1,10 @@
-#include "platform/jet/sorted_order.h"
+#include "platform/jet/row_order.h"
 
 #include <algorithm>
 #include <string>
 #include <utility>
 
-#include "platform/jet/index_order.h"
-#include "platform/jet/key_sort.h"
-#include "platform/jet/number_entry.h"
-#include "platform/jet/sort_key.h"
+#include "platform/jet/sorting.h"
 #include "platform/jet/table_scan.h"
 
 namespace platform::jet {
@@ -61,9 +58,9 @@ std::vector<RowPosition> SortedByColumn(const PageFile& file, const TableDefinit
 ///
 /// The count is a hint: in 12 of 209 files that Access wrote it was wrong (0 instead of 2, 1,004 instead of
 /// 2,305), as where a program ended without closing the file. But it also tells damage, so it is overruled by
-/// a second witness only: an index that has these rows and no other or, for a table without one, the pages. To
-/// refuse such a table would be the greater evil: one sound table in a hundred has a wrong count and no index,
-/// and of randomly damaged files one in ten thousand gets by the pages with a row too few or too many.
+/// a second witness only: an index that has these rows and no other or, for a table without one, the pages.
+/// To refuse such a table would be the greater evil: one sound table in a hundred has a wrong count and no
+/// index, and of randomly damaged files one in ten thousand gets by the pages with a row too few or too many.
 bool AreAllRows(const PageFile& file, const TableDefinition& table, const std::vector<RowPosition>& rows)
 {
     if (rows.empty())
@@ -88,6 +85,14 @@ std::vector<RowPosition> PositionsBySorting(const PageFile& file, const TableDef
         throw Damage("a table has " + std::to_string(positions.size()) + " rows instead of " +
                      std::to_string(table.rowCount));
     return positions;
+}
+
+std::vector<RowPosition> PositionsInOrder(const PageFile& file, const TableDefinition& table,
+                                          const Column& column)
+{
+    if (auto positions = PositionsByIndex(file, table, column))
+        return *std::move(positions);
+    return PositionsBySorting(file, table, column);
 }
 
 }  // namespace platform::jet

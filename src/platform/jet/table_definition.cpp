@@ -7,6 +7,35 @@
 #include "platform/jet/text.h"
 #include "platform/names.h"
 
+/// Definition of a table
+///
+/// It begins on a page of kind 2 and goes on over others, each continued from its byte 8.
+///
+///   OFFSET 3|4   SIZE      DESCRIPTION
+///   4|4          4         next page of the definition; 0: none
+///   12|16        4         number of rows: a hint, see AreAllRows in sorted_order.cpp
+///   23|43        2         columns of variable length, deleted ones included
+///   25|45        2         columns
+///   31|51        4         indexes with pages of their own
+///   35|55        4         usage map: row (1 byte) and page (3 bytes) where it stands
+///   43|63        8|12      one for each index; not read
+///   then         18|25     one for each column, the table below
+///   then         1|2 + n   one for each column: length of its name in bytes, name (code page | UTF-16)
+///   then         39|52     one for each index, the table below
+///
+///   Column: OFFSET 3|4     SIZE    DESCRIPTION
+///   0|0                    1       type, see ColumnType
+///   1|5                    2       number: its bit in a row's null mask; need not be its place in this list
+///   3|7                    2       place among the columns of variable length
+///   12|12                  1       Jet 4: decimal places
+///   13|15                  1       flags; 1: of fixed length
+///   14|21                  2       of fixed length: offset behind the row's first field
+///   16|23                  2       length in bytes
+///
+///   Index: OFFSET 3|4      SIZE    DESCRIPTION
+///   0|4                    10 x 3  columns: number (FFFF: none), 1 for ascending
+///   34|38                  4       root page
+///   38|46                  1       flags; 2: leaves out rows whose columns are null
 namespace platform::jet {
 namespace {
 
@@ -51,28 +80,28 @@ public:
         table.usageMap = {bytes_.U32(place.usageMap)};
         const std::size_t indexCount = bytes_.U32(place.indexCount);
         const std::size_t columnCount = bytes_.U16(place.columnCount);
-        TakeRecord(indexCount * place.indexPlaceSize);
+        NextRecord(indexCount * place.indexPlaceSize);
         for (std::size_t i = 0; i < columnCount; ++i)
-            table.columns.push_back(TakeColumn());
+            table.columns.push_back(NextColumn());
         for (Column& column : table.columns)
-            column.name = TakeName();
+            column.name = NextName();
         for (std::size_t i = 0; i < indexCount; ++i)
-            table.indexes.push_back(TakeIndex());
+            table.indexes.push_back(NextIndex());
         return table;
     }
 
 private:
-    ByteView TakeRecord(std::size_t size)
+    ByteView NextRecord(std::size_t size)
     {
         const ByteView record = bytes_.Slice(at_, size);
         at_ += size;
         return record;
     }
 
-    Column TakeColumn()
+    Column NextColumn()
     {
         const auto& place = layout_.column;
-        const ByteView record = TakeRecord(place.size);
+        const ByteView record = NextRecord(place.size);
         return {.name = {},
                 .type = static_cast<ColumnType>(record.U8(0)),
                 .number = record.U16(place.number),
@@ -83,17 +112,17 @@ private:
                 .scale = record.U8(place.scale)};
     }
 
-    std::string TakeName()
+    std::string NextName()
     {
         if (format_ == Format::kJet3)
-            return FromAnsi(TakeRecord(TakeRecord(1).U8(0)).AsText());
-        return FromUtf16(TakeRecord(TakeRecord(2).U16(0)));
+            return FromAnsi(NextRecord(NextRecord(1).U8(0)).AsText());
+        return FromUtf16(NextRecord(NextRecord(2).U16(0)));
     }
 
-    Index TakeIndex()
+    Index NextIndex()
     {
         const auto& place = layout_.indexRecord;
-        const ByteView record = TakeRecord(place.size);
+        const ByteView record = NextRecord(place.size);
         Index index{.parts = {},
                     .rootPage = record.U32(place.rootPage),
                     .leavesOutNulls = (record.U8(place.flags) & kLeavesOutNullsFlag) != 0};

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/jet/layout.h"
 #include "platform/jet/page_file.h"
-#include "platform/jet/row_position.h"
 
 namespace platform::jet {
 
@@ -57,11 +57,18 @@ struct TableDefinition {
     std::vector<Column> columns;
     std::vector<Index> indexes;
 
-    /// The column of this name, without regard to case; null where there is none.
+    /// The column of this name, in any case of its letters; null where there is none.
     [[nodiscard]] const Column* Find(const std::string& columnName) const;
 };
 
 /// Reads the definition that begins on a page and may go on over several. Throws Damage.
 [[nodiscard]] TableDefinition ReadTableDefinition(const PageFile& file, std::uint32_t page);
+
+/// Finds a table in the catalogue and reads its definition; the name matches in any case of its letters.
+/// Failure: kTableNotFound, also for a table that is only linked from another database. Throws Damage.
+[[nodiscard]] TableDefinition FindTable(const PageFile& file, const std::string& name);
+
+/// Reads the definition of the catalogue itself, which every database has. Throws Damage.
+[[nodiscard]] TableDefinition ReadCatalogueDefinition(const PageFile& file);
 
 }  // namespace platform::jet

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/jet/damage_report.h"
-#include "platform/jet/usage_map.h"
 
 namespace platform::jet {
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <vector>
 
+#include "platform/jet/layout.h"
 #include "platform/jet/page_file.h"
 #include "platform/jet/row.h"
-#include "platform/jet/row_position.h"
 #include "platform/jet/table_definition.h"
 
 namespace platform::jet {
@@ -15,13 +17,21 @@ namespace platform::jet {
 void ForEachRow(const PageFile& file, const TableDefinition& table,
                 const std::function<void(RowPosition, const Row&)>& visit);
 
-/// Whether a table's pages agree with each other that they are all and whole: its map marks pages of this table
-/// alone and, but for pages that the file's own map has as free, every one of them; and each page says rightly
-/// how much room its rows leave, as it would not if its list of rows had lost one. Reads every page of the file.
-/// Throws Damage.
+/// Whether a table's pages show that none of them is missing and none has lost a row from its list. The
+/// table's map must mark no other page than those of the table, and all of them but such as the file's own
+/// map has for free. Each page must have as much free space as it says. Reads every page of the file. Throws
+/// Damage.
 [[nodiscard]] bool PagesVouchForRows(const PageFile& file, const TableDefinition& table);
 
 /// How many rows to make room for. Throws Damage where the definition counts more than the file can hold.
 [[nodiscard]] std::size_t ExpectedRows(const PageFile& file, const TableDefinition& table);
+
+/// The pages that a usage map marks, in ascending order. Maps are either one bitmap that starts at any page,
+/// or a list of pages that hold a bitmap each. Throws Damage, also for a page that the file does not have.
+[[nodiscard]] std::vector<std::uint32_t> MarkedPages(const PageFile& file, RowPosition map);
+
+/// The pages that belong to no table any more, in ascending order. They still hold what they held last.
+/// Throws Damage.
+[[nodiscard]] std::vector<std::uint32_t> FreePages(const PageFile& file);
 
 }  // namespace platform::jet

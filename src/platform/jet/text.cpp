@@ -6,6 +6,14 @@
 
 #include "platform/ansi_code_page.h"
 
+/// Texts
+///
+/// Jet 3 stores one byte a character. The header names the code page; code page 1252 is taken here whatever
+/// it is. A text that goes out on the wire in 1252 then has the bytes that were stored.
+///
+/// Jet 4 stores UTF-16 or, after FF FE, a compressed text: one byte a character (Latin-1) until a zero byte
+/// changes to UTF-16 and the next one back. A unit of UTF-16 whose first byte is zero cannot stand in it. In
+/// Jet 3 the bytes FF FE are two characters.
 namespace platform::jet {
 namespace {
 
@@ -34,7 +42,7 @@ public:
         text_ += characters;
     }
 
-    [[nodiscard]] std::string TakeText()
+    [[nodiscard]] std::string ReleaseText()
     {
         FlushHigh();
         return std::move(text_);
@@ -101,7 +109,7 @@ std::string Decompress(ByteView bytes, Limit limit)
             break;
         }
     }
-    return reader.TakeText();
+    return reader.ReleaseText();
 }
 
 std::string FromUtf16(ByteView bytes, Limit limit)
@@ -112,7 +120,7 @@ std::string FromUtf16(ByteView bytes, Limit limit)
         reader.Add(bytes.U16(at));
         limit.Use(1);
     }
-    return reader.TakeText();
+    return reader.ReleaseText();
 }
 
 std::string Decode(ByteView bytes, Format format, Limit limit)

@@ -1,4 +1,4 @@
-#include "platform/jet/text_sort_key.h"
+#include "platform/jet/text.h"
 
 #include "platform/ansi_code_page.h"
 

@@ -1,8 +1,24 @@
-#include "platform/jet/usage_map.h"
-
 #include "platform/jet/damage_report.h"
 #include "platform/jet/data_page.h"
+#include "platform/jet/table_scan.h"
 
+/// Usage map
+///
+/// A row on a data page that marks pages, one bit each, the lowest bit of a byte first. It is of one of two
+/// kinds:
+///
+///   OFFSET   SIZE    DESCRIPTION
+///   0        1       0: one bitmap
+///   1        4       page of the first bit
+///   5        n       bitmap. It reaches as far as the row; a table with pages elsewhere has the other kind.
+///
+///   OFFSET   SIZE    DESCRIPTION
+///   0        1       1: a list of pages
+///   1        4 x n   pages of kind 5, 0 for none. The bitmap of each begins at its byte 4; that of the first
+///                    marks the first (2044 | 4092) x 8 pages of the file, that of the second as many more, and
+///                    so on.
+///
+/// Files that Access wrote mostly have the first kind, those of other programs the second.
 namespace platform::jet {
 namespace {
 
@@ -31,7 +47,7 @@ public:
                     AddPage(firstPage + i * 8 + bit);
     }
 
-    [[nodiscard]] std::vector<std::uint32_t> TakePages() { return std::move(pages_); }
+    [[nodiscard]] std::vector<std::uint32_t> ReleasePages() { return std::move(pages_); }
 
 private:
     void AddPage(std::uint64_t page)
@@ -78,7 +94,7 @@ std::vector<std::uint32_t> PagesIn(const PageFile& file, RowPosition map, PastTh
         const DataPage page(file.ReadPage(map.Page(), PageType::kData), file.PageLayout());
         AddMap(file, page.SlotAt(map.Row()).bytes, marks);
     });
-    return marks.TakePages();
+    return marks.ReleasePages();
 }
 
 }  // namespace

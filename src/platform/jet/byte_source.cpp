@@ -1,10 +1,11 @@
-#include "platform/jet/file_source.h"
+#include "platform/jet/byte_source.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 
 #include "platform/failure.h"
 #include "platform/failure_numbers.h"
@@ -13,6 +14,15 @@
 
 namespace platform::jet {
 namespace {
+
+constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+constexpr std::int64_t kFineStep = kNanosecondsPerSecond / 50;
+constexpr std::int64_t kCoarseStep = 2 * kNanosecondsPerSecond;
+
+std::int64_t Nanoseconds(const timespec& time)
+{
+    return time.tv_sec * kNanosecondsPerSecond + time.tv_nsec;
+}
 
 /// In English: std::strerror follows the operator's language, and its text may be no UTF-8.
 std::string ReasonOf(int error)
@@ -67,8 +77,26 @@ std::size_t FileSource::Read(std::uint64_t offset, std::span<std::uint8_t> buffe
 
 std::uint64_t FileSource::Size() const
 {
+    return State().size;
+}
+
+FileState FileSource::State() const
+{
     struct stat status {};
-    return fstat(file_.Number(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+    if (fstat(file_.Number(), &status) != 0)
+        return {};
+    return {.device = status.st_dev,
+            .number = status.st_ino,
+            .size = static_cast<std::uint64_t>(status.st_size),
+            .contentChanged = Nanoseconds(status.st_mtim),
+            .statusChanged = Nanoseconds(status.st_ctim)};
+}
+
+bool FileState::ShowsChangesAfter(std::int64_t now) const
+{
+    const bool countsWholeSeconds = contentChanged % kNanosecondsPerSecond == 0;
+    const std::int64_t age = now - contentChanged;
+    return age < 0 || age > (countsWholeSeconds ? kCoarseStep : kFineStep);
 }
 
 }  // namespace platform::jet
