@@ -73,7 +73,7 @@ private:
 
     // transport
     void SetWinsockSettings();
-    void TakeConnectionSettings();
+    void ReadConnectionSettings();
     void SetWinsockTarget();
     void OpenLocalPort();
     void ShowListening();
@@ -89,7 +89,7 @@ private:
     void cmdPlay_Click();
     void cmdPause_Click();
     void cmdClear_Click();
-    void TakeInterval();
+    void ApplyInterval();
     [[nodiscard]] std::optional<double> AcceptedInterval(const std::string& text) const;
     void ConnectOrListen();
     void tmrSendData_Timer();
