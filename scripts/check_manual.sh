@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Says which texts of the status list, procedures of the error log and keys of the settings the manual leaves out.
+# Says which texts of the status list, procedures of the error log and keys of the settings the manual leaves out, and
+# which numbers of failures docs/failures.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -12,6 +13,11 @@ texts() {
     sed -n 's/^\([A-Za-z_]\+\)=.*/"\1"/p; s/^\[\(.*\)\].*/"\1"/p' samples/Config.ini
 }
 
+numbers() {
+    sed -n 's/.*constexpr int k[A-Za-z]* = \([0-9]*\);.*/\1/p' \
+        src/platform/failure_numbers.h src/platform/sockets/socket_error.cpp
+}
+
 missing=0
 while IFS= read -r text; do
     text=${text:1:-1}
@@ -19,4 +25,9 @@ while IFS= read -r text; do
     echo "docs/manual.md leaves out \"$text\""
     missing=1
 done < <(texts | sort --unique)
+while read -r number; do
+    grep --quiet --word-regexp "$number" docs/failures.md && continue
+    echo "docs/failures.md leaves out $number"
+    missing=1
+done < <(numbers)
 exit $missing

@@ -15,7 +15,7 @@ std::ifstream OpenInput(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
     if (!file || file.peek() == std::ifstream::traits_type::eof())
-        throw Failure(platform::failure::kFileNotFound, path + ": cannot be read or is empty");
+        throw Failure(platform::failure::kPathFileAccess, path + ": cannot be read or is empty");
     return file;
 }
 
