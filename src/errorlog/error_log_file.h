@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/clock.h"
+#include "platform/date_time.h"
 #include "platform/error_log.h"
 #include "platform/file_system.h"
 #include "platform/regional_formats.h"

@@ -11,7 +11,7 @@
 #include "errorlog/error_log_file.h"
 #include "fakes/clock_and_formats.h"
 #include "files/child_process.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/file_system.h"
 #include "platform/files/profile_file.h"

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/catalogue.h"
 #include "platform/jet/damage_report.h"
 #include "platform/jet/index_order.h"

@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/byte_view.h"
 #include "platform/posix/system_calls.h"
 

@@ -7,7 +7,6 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace platform::jet {
 namespace {
