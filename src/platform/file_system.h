@@ -38,12 +38,12 @@ public:
     [[nodiscard]] virtual bool FileExists(const std::string& path) const = 0;
 
     /// Appends bytes at the end of a file in one write, creating it when missing. Programs that append to one
-    /// file at the same time lose nothing. Failure: kPathNotFound, kPermissionDenied, kPathFileAccess,
-    /// kDiskFull.
+    /// file at the same time lose nothing. Failure: kPathNotFound, kPermissionDenied (also when another program keeps
+    /// the file locked), kPathFileAccess, kDiskFull.
     virtual void Append(const std::string& path, const std::string& bytes) = 0;
 
-    /// Opens an existing file for reading and replacing. Waits a while as long as another program appends to it or has it
-    /// open in this way. Failure: as for Append.
+    /// Opens an existing regular file for reading and replacing. While another program appends to it or has it open in
+    /// this way, it waits a moment. Failure: as for Append.
     [[nodiscard]] virtual std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) = 0;
 };
 

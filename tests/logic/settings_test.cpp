@@ -77,7 +77,7 @@ TEST(Apply, ClearsThenSavesEveryEntry)
     EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
     EXPECT_EQ(program.tmrSendData.interval, 25);
     EXPECT_EQ(program.TakeCalls({"profile"}),
-              Texts{"profile.WritePrivateProfileStringA /house/Config.ini|Timer Interval=40"
+              Texts{"WritePrivateProfileStringA /house/Config.ini|Timer Interval=40"
                     "|TCP/IP Settings IpAddress=10.0.0.9|TCP/IP Settings PortNumber=x"
                     "|TCP/IP Settings Protocol=UDP|TCP/IP Settings Connect=Listen"
                     "|TCP/IP Settings Reconnect=YES|Database File FilePath=/data/shop.mdb"});

@@ -25,7 +25,7 @@ Outcome TryIt(std::vector<const char*> words, const std::function<int(int number
         .add_option("--number", number,
                     "a number that needs more words to describe than there is room for in a line")
         ->check(CLI::Range(1, 9))
-        ->option_text("N")
+        ->type_name("N")
         ->group("Numbers");
     bool flag = false;
     command.add_flag("--longer-than-the-column-is", flag, "told in the line below");

@@ -38,7 +38,7 @@ agree() {
     expected=$(of_help "$1" | sort)
     grep --quiet --line-regexp -e --version <<<"$expected" &&
         diff <(echo "$expected") <(of_man_page "$1" | sort) &&
-        diff <(echo "$expected") <(of_completion "$1" | sort)
+        diff <(echo "$expected") <(of_completion "$1" | sort --unique)
 }
 
 "$root/scripts/man_pages.sh" "$folder" "$@"

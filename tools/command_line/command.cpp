@@ -83,7 +83,8 @@ public:
     std::string make_option_opts(const CLI::Option* option) const override
     {
         const std::string& text = option->get_option_text();
-        const std::string value = text.empty() ? option->get_type_name() : text;
+        const std::string type = option->get_type_name();
+        const std::string value = text.empty() ? type.substr(0, type.find(':')) : text;
         return option->get_type_size() == 0 || value.empty() ? "" : " " + value;
     }
 

@@ -17,7 +17,8 @@ constexpr int kWrongUsage = 2;
 /// - `--help` shows usage, description, operands, the groups of options, and the footer; `--version` the name and the
 ///   version. Man page and completion are made of this text: a line that ends with a colon is a heading there.
 /// - All texts are wrapped here, so that a paragraph is one line. Lines that begin with a blank stay as they are.
-/// - An option shows its `option_text` as the name of its value, or else its `type_name`.
+/// - An option shows its `option_text` as the name of its value, or else its `type_name` up to the colon behind which
+///   CLI11 tells the checks.
 /// - An option given twice counts as the last one says.
 class Command : public CLI::App {
 public:

@@ -14,10 +14,11 @@ namespace platform::files {
 namespace {
 
 /// A file can be replaced again and again while we wait for it: more than a hundred times in a row by a program that
-/// trims without a pause. But where the system never gives the same answer twice there must be an end.
+/// trims without a pause. A file system that numbers its files anew at each look must not keep us here for ever.
 constexpr int kMostOpenings = 10'000;
 
-/// When a lock comes free, it is ours for a moment because the thread of an earlier wait gets it.
+/// A lock that comes free goes first to the thread of an earlier wait in vain, which gives it up at once. It gets this
+/// long for that.
 constexpr std::chrono::milliseconds kMomentOfAnEarlierWait{1};
 
 using Turn = std::future<std::error_code>;
@@ -33,9 +34,9 @@ bool TellsOfNoLocks(std::error_code error)
     return error == std::errc::no_lock_available || error == std::errc::operation_not_supported;
 }
 
-/// Waits for the lock in the system's queue, because tries in a row would never meet the moments at which a busy program
-/// leaves it free. flock knows no time limit, hence a thread that can be left behind. It locks the same opening of the
-/// file through a second descriptor.
+/// Waits for the lock in the system's queue. (Tries in a row miss the moments at which a busy program leaves it free.) As
+/// flock knows no time limit, a thread waits, which can be left behind. Both descriptors are of one opening of the file,
+/// so the lock that the thread gets is the caller's as well.
 Turn QueueForLock(const FileDescriptor& file)
 {
     FileDescriptor same(::fcntl(file.Number(), F_DUPFD_CLOEXEC, 0));

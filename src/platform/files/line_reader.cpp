@@ -33,7 +33,7 @@ std::optional<LineReader::Piece> LineReader::Next()
     return Take(rest, 0, true);
 }
 
-/// Moves what is not yet taken to the front of the buffer and fills it up from the file.
+/// Moves what has not been taken yet to the front of the buffer and fills the rest from the file.
 void LineReader::ReadOn()
 {
     buffer_.erase(0, begin_);

@@ -9,12 +9,11 @@
 
 namespace platform::files {
 
-/// Reads a file line by line from its beginning, holding a quarter of a megabyte of it, however long its
-/// lines are. What a line is, LockedTextFile says.
+/// Reads a file line by line from its beginning. A quarter of a megabyte of it is in memory at a time, so a longer line
+/// comes in pieces. LockedTextFile says what a line is.
 class LineReader {
 public:
-    /// A line without its line end; a line longer than a quarter of a megabyte comes in several pieces, of
-    /// which only the last one ends it.
+    /// A line without its line end, or a part of a long line, of which only the last part ends it.
     struct Piece {
         std::string_view text;
         bool endsLine;

@@ -19,9 +19,9 @@ namespace platform::files {
 /// kPathFileAccess for all else.
 [[noreturn]] void ThrowFailure(std::error_code error, const std::string& path);
 
-/// Opens a file with the flags of open(2); a file that O_CREAT makes can be read and written by everyone whom the umask
-/// lets. What is opened for reading must be a regular file: a folder, a pipe or a device is a Failure, for there may be
-/// no end to it. Opening never waits, not even for the other side of a pipe.
+/// Opens a file with the flags of open(2). One that O_CREAT makes has the permissions 0666 less the umask. What is opened
+/// for reading must be a regular file: a folder, a pipe or a device, which may have no end, is a Failure. Opening never
+/// waits, not even for the other side of a pipe.
 [[nodiscard]] FileDescriptor Open(const std::string& path, int flags);
 
 [[nodiscard]] struct stat StatusOf(const FileDescriptor& file, const std::string& path);

@@ -5,9 +5,9 @@
 
 namespace platform::files {
 
-/// Profile files of this machine: regular files of 16 MiB at most; anything else
-/// cannot be read. A write replaces the file in one step (see Replacement) under a lock, for which it waits no longer than
-/// `longestWait`, and touches nothing when the file would stay the same.
+/// Profile files of this machine, in the encodings of ProfileContent. Only a regular file of 16 MiB at most is read. A
+/// write takes the file's lock, for which it waits no longer than `longestWait`, and replaces the file (see Replacement),
+/// or leaves it alone when nothing would change.
 class DiskProfileFile final : public ProfileFile {
 public:
     explicit DiskProfileFile(std::chrono::milliseconds longestWait = kLongestLockWait)

@@ -43,7 +43,7 @@ Line TakeLine(std::string_view& rest)
     return line;
 }
 
-/// An empty result stands at the end of the bytes, so that what replaces it follows the blanks.
+/// An empty result points behind the blanks, so that a value put there follows them.
 std::string_view Trimmed(std::string_view bytes)
 {
     bytes.remove_prefix(std::min(bytes.find_first_not_of(kBlanks), bytes.size()));

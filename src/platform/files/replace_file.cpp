@@ -33,15 +33,15 @@ std::string TemporaryName(const std::string& target)
     return target.substr(0, name) + '.' + target.substr(name) + ".new";
 }
 
-/// A full disk is a failure; every other reason not to make a new file leaves writing in place.
+/// A full disk ends the replacement. When a new file cannot be made for another reason, the old one is written over.
 void ThrowIfDiskFull(std::error_code error, const std::string& path)
 {
     if (error.value() == ENOSPC || error.value() == EDQUOT)
         ThrowFailure(error, path);
 }
 
-/// The owner where the system lets us give it, else at least the group; false where the permissions cannot be
-/// kept.
+/// Gives a file the owner and group of another, or the group alone where the system does not let us give files away.
+/// False when it cannot have the same permissions.
 bool CopyOwnerAndPermissions(const FileDescriptor& from, const FileDescriptor& to, const std::string& path)
 {
     constexpr auto kSameOwner = static_cast<uid_t>(-1);
@@ -125,7 +125,7 @@ void Replacement::Flush()
     buffer_.clear();
 }
 
-/// True when the new file stands in the place of the old one; false when it cannot.
+/// False when the new file cannot take the place of the old one.
 bool Replacement::MoveOverFile()
 {
     if (!beside_ || !CopyOwnerAndPermissions(file_, newFile_, target_))

@@ -8,27 +8,26 @@
 
 namespace platform::files {
 
-/// The replacement of a file's content in one step: a new file is written beside it, flushed to the disk, and
-/// moved over it. Whenever the program ends on the way, or the disk fills up, the file has its old content or
-/// its new one. Permissions, symbolic links to the file and, where the system allows it, its owner and group
-/// are kept.
+/// Replaces the content of a file in one step: the new content goes into a new file beside the old one, is flushed to
+/// the disk, and the new file is moved over the old one. When the program is killed on the way, or the disk is full, the
+/// file has its old content or its new one. Permissions and symbolic links to the file stay, and so do owner and group
+/// where the system allows it.
 ///
-/// The new file has no name until it is complete, where the file system can do that; otherwise, and for the
-/// moment before the move, it is "." + name + ".new". A program killed then leaves it there; it is in the way
-/// of the next replacement, so whoever has locked the file removes it first.
+/// Where the file system can do that, the new file has no name until it is complete. Otherwise, and for the moment before
+/// the move, its name is "." + name + ".new". A program that is killed then leaves it there. It would be in the way of
+/// the next replacement, so whoever has locked the file removes it first.
 ///
-/// Where no new file can be made or moved (the folder is closed to writing, the file is a mount of its own),
-/// the content is written over the old one, once it is complete and room for it is sure. That alone is not
-/// one step: a program killed in the middle of it leaves a mixture.
+/// Where no new file can be made or moved (the folder is closed to writing, the file is a mount of its own), the old
+/// content is written over, once the new one is complete and the disk has room for it. This way alone is not one step: a
+/// program that is killed in the middle of it leaves a part of each.
 ///
-/// Failure:   any step that the system refuses, kDiskFull among them; the file is then as it was.
+/// Failure:   when the system refuses a step (kDiskFull, for one). The file is then as it was.
 class Replacement {
 public:
     /// Removes what a killed program left beside the file at `path`, which the caller has locked.
     static void RemoveLeftover(const std::string& path);
 
-    /// Borrows `file`, which is what stands at `path`, open for reading and writing, and locked. A file that
-    /// is no regular one is refused (kPathFileAccess).
+    /// Borrows `file`, which is what stands at `path`, opened by OpenAndLock for reading and writing.
     Replacement(const std::string& path, FileDescriptor& file);
     ~Replacement();
     Replacement(const Replacement&) = delete;
@@ -37,7 +36,7 @@ public:
     /// Adds bytes to the new content. `file` can be read meanwhile.
     void Write(std::string_view bytes);
 
-    /// Makes the bytes written the content. `file` is then the new file, and locked without a gap.
+    /// Makes the bytes written the content. `file` is then the new file, and no moment passes in which neither is locked.
     void Commit();
 
 private:
