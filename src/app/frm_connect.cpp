@@ -31,6 +31,34 @@ frmConnect::frmConnect(const WindowControls& controls, modGlobals& globals, plat
     MCSockConnect.OnError = [this](int, const std::string&) { MCSockConnect_Error(); };
 }
 
+void frmConnect::StatusLine(const std::string& line)  // continue
+{
+    PendingFailure pending;
+    pending.Step([&] { lstStatus.AddItem(line); });
+    pending.Step([&] { lstStatus.SetListIndex(platform::ToInteger<std::int16_t>(StatusLinesAdded)); });
+    pending.Step([&] { StatusLinesAdded = platform::Successor(StatusLinesAdded); });
+    RecordIfPending(pending, "frmConnect.StatusLine");
+}
+
+void frmConnect::ShowStatus(const std::string& message)
+{
+    StatusLine(TimeOfDay() + message);
+}
+
+void frmConnect::cmdOpenDialogue_Click()  // abandon
+{
+    try {
+        WinsockConnect.Close();
+        CommonDialogueDBFile.SetCancelError(true);
+        CommonDialogueDBFile.SetFilter("Database Files|*.mdb;*.sdd");
+        CommonDialogueDBFile.ShowOpen();
+        FilePath = CommonDialogueDBFile.FileName();
+        InitializeDB();
+    } catch (...) {
+        RecordAbandoned("frmConnect.cmdOpenDialogue");
+    }
+}
+
 std::string frmConnect::TimeOfDay() const
 {
     return formats_.LongTime(clock_.Now());

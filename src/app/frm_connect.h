@@ -8,9 +8,9 @@
 #include "app/mod_globals.h"
 #include "app/pending_failure.h"
 #include "app/window_controls.h"
-#include "platform/clock.h"
 #include "platform/database.h"
-#include "platform/event_queue.h"
+#include "platform/date_time.h"
+#include "platform/event_gate.h"
 #include "platform/file_system.h"
 #include "platform/regional_formats.h"
 #include "transport/protocol.h"
@@ -73,7 +73,7 @@ private:
 
     // transport
     void SetWinsockSettings();
-    void TakeConnectionSettings();
+    void ReadConnectionSettings();
     void SetWinsockTarget();
     void OpenLocalPort();
     void ShowListening();
@@ -89,7 +89,7 @@ private:
     void cmdPlay_Click();
     void cmdPause_Click();
     void cmdClear_Click();
-    void TakeInterval();
+    void ApplyInterval();
     [[nodiscard]] std::optional<double> AcceptedInterval(const std::string& text) const;
     void ConnectOrListen();
     void tmrSendData_Timer();

@@ -5,12 +5,10 @@
 #include <vector>
 
 #include "config/ini_value.h"
-#include "platform/clock.h"
 #include "platform/date_time.h"
 #include "platform/error_log.h"
 #include "platform/failure.h"
 #include "platform/file_system.h"
-#include "platform/profile_file.h"
 #include "platform/regional_formats.h"
 
 namespace trellivan {

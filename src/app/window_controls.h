@@ -2,7 +2,6 @@
 
 #include "platform/controls.h"
 #include "platform/multicast_control.h"
-#include "platform/open_file_dialog.h"
 #include "platform/timer.h"
 #include "platform/winsock_control.h"
 

@@ -6,7 +6,6 @@
 #include "app/mod_globals.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace trellivan {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/clock.h"
+#include "platform/date_time.h"
 #include "platform/error_log.h"
 #include "platform/file_system.h"
 #include "platform/regional_formats.h"
@@ -25,6 +25,13 @@ public:
     /// Failure: as FileSystem::Append.
     void Write(const std::string& path, const platform::ErrorRecord& record) override;
 
+    /// No log, nothing to do. First, unless the line limit is negative, only that many lines remain, the newest; a log
+    /// that is short enough is not touched. Then, when the cutoff is later than kNoLogAgeLimit, the lines go whose date is
+    /// not later than the cutoff, and the log is written anew in any case. Lines that begin with no date in the
+    /// regional format stay, also those that begin with a time alone.
+    ///
+    /// The first failure ends the trimming silently; the log keeps what the last complete pass left. Records that
+    /// other programs write meanwhile wait for the end and are kept.
     void Trim(const std::string& path, std::int32_t lineLimit, platform::DateTime ageCutoff) override;
 
 private:

@@ -4,8 +4,8 @@
 #include <functional>
 #include <string>
 
-/// The window and its controls, as the logic sees them. Texts are UTF-8. But for the button none raises events: whoever
-/// needs what the operator typed or chose reads it.
+/// The window, its controls and its dialog, as the logic sees them. Texts are UTF-8. Only a button raises an event; what
+/// the operator typed or chose is read when it is needed.
 namespace platform {
 
 /// The program's one window.
@@ -76,6 +76,26 @@ class CommandButton {
 public:
     virtual ~CommandButton() = default;
     std::function<void()> OnClick;
+};
+
+/// The modal dialog in which the operator chooses a file.
+class OpenFileDialog {
+public:
+    virtual ~OpenFileDialog() = default;
+
+    /// Whether ShowOpen reports the operator's Cancel as a Failure.
+    virtual void SetCancelError(bool cancelError) = 0;
+
+    /// Pairs of name and pattern separated by "|", the patterns of one pair by ";": "Database
+    /// Files|*.mdb;*.sdd".
+    virtual void SetFilter(const std::string& filter) = 0;
+
+    /// Shows the dialog and returns when the operator has chosen a file, existing or not, or cancelled.
+    /// Events of other components wait meanwhile. Failure: kDialogCancelled.
+    virtual void ShowOpen() = 0;
+
+    /// Full path of the file chosen last.
+    [[nodiscard]] virtual std::string FileName() const = 0;
 };
 
 }  // namespace platform

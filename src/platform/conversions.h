@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -7,7 +8,6 @@
 #include <string_view>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/regional_formats.h"
 
 namespace platform {
@@ -34,7 +34,7 @@ template <class Integer>
     return static_cast<Integer>(whole);
 }
 
-/// A count and one more. Failure: kOverflow past the type's last number.
+/// A count plus one. Failure: kOverflow past the type's last number.
 [[nodiscard]] inline std::int32_t Successor(std::int32_t count)
 {
     return ToInteger<std::int32_t>(count + 1.0);
@@ -43,12 +43,19 @@ template <class Integer>
 /// The number that a text stands for. Failure: kTypeMismatch where it is none.
 [[nodiscard]] double ToNumber(std::string_view text, const RegionalFormats& formats);
 
-/// The 32-bit whole number that a text stands for: the one rule by which a port typed as text becomes a port.
-/// Failure: kTypeMismatch, kOverflow.
+/// The 32-bit whole number that the text of a port stands for. Every port goes through this function, so that "1.5" means
+/// the same port everywhere. Failure: kTypeMismatch, kOverflow.
 [[nodiscard]] std::int32_t ToLong(std::string_view text, const RegionalFormats& formats);
 
-/// A text with its ASCII letters in upper or lower case: enough to compare with the program's own words.
+/// A text with its ASCII letters in upper or lower case. The words that the program compares have no others.
 [[nodiscard]] std::string UpperCase(std::string_view text);
 [[nodiscard]] std::string LowerCase(std::string_view text);
+
+/// Whether two names (UTF-8) of tables, columns, sections or keys are the same. The case of ASCII letters does not count.
+[[nodiscard]] inline bool SameName(std::string_view one, std::string_view other)
+{
+    const auto folded = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::ranges::equal(one, other, {}, folded, folded);
+}
 
 }  // namespace platform

@@ -10,9 +10,8 @@ namespace platform {
 
 /// The rows of a query in their order, with a cursor on the current row or past the last one.
 ///
-/// Values are read when asked for, so a file that others change, cut or remove meanwhile shows as a Failure
-/// (kDatabaseDamaged) of the step that meets it. A record set keeps what it needs: its database may go before
-/// it.
+/// Values are read from the file when they are asked for. Where another program has changed, cut or removed it since,
+/// that call is a Failure (kDatabaseDamaged). A record set may outlive its database.
 class RecordSet {
 public:
     virtual ~RecordSet() = default;

@@ -18,4 +18,13 @@ using DateTime = std::chrono::local_time<std::chrono::milliseconds>;
 /// A date-time moved back by a number of days, fractions included. Failure: kOverflow as above.
 [[nodiscard]] DateTime MinusDays(DateTime moment, double days);
 
+/// The clock on the wall, from which alone the logic learns the time.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    /// The current local date and time.
+    [[nodiscard]] virtual DateTime Now() const = 0;
+};
+
 }  // namespace platform

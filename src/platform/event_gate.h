@@ -5,10 +5,10 @@
 
 namespace platform {
 
-/// Lets event handlers in one at a time, each to its end.
+/// Runs event handlers one at a time, each to its end.
 ///
 /// Every event of every component enters here. While a handler runs, other events wait for its end, in the
-/// order in which they came; only Pause lets them in earlier. A handler's exception ends at the gate.
+/// order in which they came; only Pause runs them earlier. What a handler throws ends here.
 class EventGate {
 public:
     using Event = std::function<void()>;
@@ -16,7 +16,8 @@ public:
     /// Runs the event now, or when the running handler has ended.
     void Enter(Event event);
 
-    /// For the running handler: opens the gate while `pass` runs. What waited is run first.
+    /// Called by the running handler: runs the events that wait, and then `pass`, during which events run as if no
+    /// handler did.
     void Pause(const std::function<void()>& pass);
 
 private:
@@ -24,6 +25,15 @@ private:
 
     bool busy_ = false;
     std::deque<Event> waiting_;
+};
+
+/// Where a handler pauses, so that events of window and sockets can run in between.
+class EventQueue {
+public:
+    virtual ~EventQueue() = default;
+
+    /// Runs the events that wait and what one pass of the event loop brings; their handlers run inside this call.
+    virtual void ProcessPending() = 0;
 };
 
 }  // namespace platform

@@ -35,8 +35,8 @@ public:
 /// What happens in one thread: descriptors that become ready, moments that come, actions that were posted.
 ///
 /// Reactions: run one after the other inside RunPass. A reaction may do anything here: run a pass of its own, make
-///            and destroy watches and alarms, its own included. It must bear to be called when the descriptor
-///            is not ready any more, so descriptors are non-blocking.
+///            and destroy watches and alarms, its own included. It may come when the descriptor is not ready any
+///            more, so descriptors are non-blocking.
 /// Failure:   kOutOfMemory where the system refuses to watch; what was watched stays so.
 /// Ownership: the loop outlives its watches and alarms and closes no descriptor that is not its own.
 class EventLoop {

@@ -3,8 +3,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/failure_numbers.h"
-
 namespace platform {
 
 Failure::Failure(int number, std::string description) : number_(number), description_(std::move(description))

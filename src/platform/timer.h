@@ -6,9 +6,9 @@ namespace platform {
 
 /// A periodic tick at an exact mean pace.
 ///
-/// Tick k is due at start + k x interval, whatever earlier ticks cost. Ticks missed in a short stall are
-/// delivered late, one per pass of the event loop; what a longer stall missed is dropped, and so is what came
-/// due while a tick let other events in. A tick never starts inside a tick.
+/// Tick k is due at start + k x interval, whatever earlier ticks cost. Ticks missed in a short stall come late, one
+/// per pass of the event loop; after a long stall one comes late and the rest is dropped. What comes due while a
+/// tick lets other events in is dropped as well. A tick never starts inside a tick.
 ///
 /// Events: OnTimer comes from the event loop through the gate; set once, it lives as long as the timer.
 class Timer {

@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/regional_formats.h"
 
 namespace platform {

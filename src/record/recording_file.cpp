@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "make_database/receipt_reader.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 
 namespace record {
 namespace {

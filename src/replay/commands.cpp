@@ -11,7 +11,7 @@ constexpr double kLongestInterval = 32000;  // milliseconds
 void frmConnect::cmdPlay_Click()  // abandon
 {
     try {
-        TakeInterval();
+        ApplyInterval();
         if (WinsockConnect.State() != platform::WinsockControl::kConnected) {
             SetWinsockSettings();
             ConnectOrListen();
@@ -26,7 +26,7 @@ void frmConnect::cmdPlay_Click()  // abandon
 void frmConnect::cmdPause_Click()  // abandon
 {
     try {
-        TakeInterval();
+        ApplyInterval();
         tmrSendData.SetEnabled(false);
     } catch (...) {
         RecordAbandoned("frmConnect.cmdPause");
@@ -45,7 +45,7 @@ void frmConnect::cmdClear_Click()  // continue
     RecordIfPending(pending, "frmConnect.cmdClear");
 }
 
-void frmConnect::TakeInterval()
+void frmConnect::ApplyInterval()
 {
     const auto interval = AcceptedInterval(txtTimerInterval.Text());
     if (!interval)

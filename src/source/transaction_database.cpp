@@ -1,7 +1,6 @@
 #include "app/frm_connect.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace trellivan {
 namespace {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+
+#include "platform/conversions.h"
 
 namespace trellivan {
 
@@ -10,9 +13,20 @@ enum class Protocol { kTcp, kUdp, kMulticast };
 /// Who opens the connection: this program, or the receiver while this program waits for it.
 enum class Role { kConnect, kListen };
 
-/// What the settings' names mean, in any letter case. A name may be any text, for example one that was typed into the
-/// settings file: other names than "TCP" and "MCAST" mean UDP, other names than "Connect" mean listening.
-[[nodiscard]] Protocol ProtocolOf(std::string_view name);
-[[nodiscard]] Role RoleOf(std::string_view name);
+/// The protocol that a name of the settings means, in any letter case. Every name but "TCP" and "MCAST" means UDP, also
+/// one that somebody typed into the settings file.
+[[nodiscard]] inline Protocol ProtocolOf(std::string_view name)
+{
+    const std::string word = platform::UpperCase(name);
+    if (word == "TCP")
+        return Protocol::kTcp;
+    return word == "MCAST" ? Protocol::kMulticast : Protocol::kUdp;
+}
+
+/// The role that a name of the settings means, in any letter case. Every name but "Connect" means listening.
+[[nodiscard]] inline Role RoleOf(std::string_view name)
+{
+    return platform::UpperCase(name) == "CONNECT" ? Role::kConnect : Role::kListen;
+}
 
 }  // namespace trellivan

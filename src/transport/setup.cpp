@@ -13,7 +13,7 @@ void frmConnect::SetWinsockSettings()  // abandon
         cmdPause_Click();
         if (WinsockConnect.State() != WinsockControl::kClosed)
             WinsockConnect.Close();
-        TakeConnectionSettings();
+        ReadConnectionSettings();
         WinsockConnect.SetProtocol(IsTcp() ? WinsockControl::Protocol::kTcp : WinsockControl::Protocol::kUdp);
         if (IsClientRole())
             SetWinsockTarget();
@@ -24,7 +24,7 @@ void frmConnect::SetWinsockSettings()  // abandon
     }
 }
 
-void frmConnect::TakeConnectionSettings()
+void frmConnect::ReadConnectionSettings()
 {
     if (const std::string address = txtIPAddress.Text(); !address.empty())
         IPAddress = address;

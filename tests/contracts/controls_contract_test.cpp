@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "fakes/controls.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/posix/epoll_loop.h"
 #include "platform/posix/tick_schedule.h"
 #include "platform/posix/timer.h"

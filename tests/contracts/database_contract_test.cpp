@@ -2,7 +2,7 @@
 
 #include "fakes/database.h"
 #include "make_database/database_writer.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/jet/engine.h"
 #include "support/failure_of.h"
 #include "support/files.h"

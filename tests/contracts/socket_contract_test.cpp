@@ -5,7 +5,7 @@
 #include "fakes/clock_and_formats.h"
 #include "fakes/components.h"
 #include "platform/event_gate.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/posix/epoll_loop.h"
 #include "platform/sockets/multicast.h"
 #include "platform/sockets/winsock.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/clock.h"
+#include "platform/date_time.h"
 #include "platform/regional_formats.h"
 
 namespace platform::fakes {

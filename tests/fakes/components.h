@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fakes/journal.h"
-#include "platform/event_queue.h"
+#include "platform/event_gate.h"
 #include "platform/multicast_control.h"
 #include "platform/winsock_control.h"
 

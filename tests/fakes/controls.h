@@ -9,7 +9,6 @@
 #include "fakes/journal.h"
 #include "platform/controls.h"
 #include "platform/conversions.h"
-#include "platform/open_file_dialog.h"
 #include "platform/timer.h"
 
 /// The window's controls, held in memory: a program plays the operator by setting what he would type, and

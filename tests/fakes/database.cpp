@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 
 namespace platform::fakes {
 namespace {

@@ -10,9 +10,8 @@
 #include "fakes/journal.h"
 #include "fakes/name_order.h"
 #include "platform/error_log.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/file_system.h"
-#include "platform/profile_file.h"
 
 namespace platform::fakes {
 

@@ -1,6 +1,6 @@
 #include "fakes/journal.h"
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 
 namespace platform::fakes {
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/files/file_system.h"
 #include "platform/files/profile_file.h"
 #include "support/failure_of.h"

@@ -8,10 +8,10 @@
 #include <random>
 #include <sstream>
 
-#include "errorlog/trim.h"
+#include "errorlog/error_log_file.h"
 #include "fakes/clock_and_formats.h"
 #include "files/child_process.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/file_system.h"
 #include "platform/files/profile_file.h"
@@ -47,7 +47,10 @@ protected:
     {
         profile_.WritePrivateProfileStringA({{"S", "key", value}}, config_);
     }
-    void Trim(int lineLimit) { trellivan::TrimErrorLog(lineLimit, kCutoff, log_, files_, formats_); }
+    void Trim(int lineLimit)
+    {
+        trellivan::ErrorLogFile(files_, clock_, formats_).Trim(log_, lineLimit, kCutoff);
+    }
 
     void ExpectAppendFails(int number)
     {
@@ -99,6 +102,7 @@ protected:
     const std::string oldLog_ = Repeated(kOldRecord, 100) + Repeated(kNewRecord, 400);
     DiskFileSystem files_{kPatience};
     DiskProfileFile profile_{kPatience};
+    fakes::Clock clock_;
     fakes::PlainFormats formats_;
 };
 

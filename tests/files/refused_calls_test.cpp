@@ -8,7 +8,7 @@
 #include <filesystem>
 
 #include "files/child_process.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/files/file_system.h"
 #include "platform/files/profile_file.h"
 #include "platform/posix/system_calls.h"

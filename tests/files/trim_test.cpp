@@ -1,4 +1,4 @@
-#include "errorlog/trim.h"
+#include "errorlog/error_log_file.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ protected:
     std::string Trimmed(const std::string& content, int lineLimit, platform::DateTime cutoff)
     {
         WriteFile(log_, content);
-        TrimErrorLog(lineLimit, cutoff, log_, files_, formats_);
+        file_.Trim(log_, lineLimit, cutoff);
         EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
         return ReadFile(log_);
     }
@@ -32,7 +32,9 @@ protected:
     TemporaryFolder folder_;
     const std::string log_ = folder_.Path("Error.log");
     platform::files::DiskFileSystem files_{60s};
+    platform::fakes::Clock clock_;
     platform::fakes::PlainFormats formats_;
+    ErrorLogFile file_{files_, clock_, formats_};
 };
 
 TEST_F(Trimming, KeepsTheNewestLinesToTheByte)
@@ -108,10 +110,10 @@ TEST_F(Trimming, ReadsOnAtTheEdgeOfAPiece)
 
 TEST_F(Trimming, IsSilentWhereThereIsNoLog)
 {
-    TrimErrorLog(0, kNoon, folder_.Path("missing/Error.log"), files_, formats_);
-    TrimErrorLog(0, kNoon, log_, files_, formats_);
+    file_.Trim(folder_.Path("missing/Error.log"), 0, kNoon);
+    file_.Trim(log_, 0, kNoon);
     std::filesystem::create_directory(log_);
-    TrimErrorLog(0, kNoon, log_, files_, formats_);
+    file_.Trim(log_, 0, kNoon);
     EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
 }
 

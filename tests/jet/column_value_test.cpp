@@ -9,7 +9,7 @@
 
 #include "jet/memory_source.h"
 #include "make_database/database_writer.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/jet/sorting.h"
 #include "support/failure_of.h"
 

@@ -9,7 +9,7 @@
 #include <sstream>
 
 #include "fakes/clock_and_formats.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/jet/byte_source.h"
 #include "platform/jet/engine.h"
 #include "platform/jet/row_order.h"

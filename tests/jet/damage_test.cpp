@@ -9,7 +9,7 @@
 
 #include "jet/read_everything.h"
 #include "make_database/database_writer.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "support/files.h"
 
 namespace platform::jet {

@@ -10,7 +10,7 @@
 #include "jet/memory_source.h"
 #include "make_database/bytes.h"
 #include "make_database/database_writer.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/jet/database_file.h"
 #include "platform/jet/header.h"
 #include "platform/jet/layout.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "support/failure_of.h"
 
 namespace platform::jet {

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "make_database/database_writer.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/jet/byte_source.h"
 #include "platform/jet/engine.h"
 #include "support/failure_of.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "logic/program.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 
 namespace {
 

@@ -6,7 +6,6 @@
 #include <thread>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/posix/epoll_loop.h"
 #include "platform/posix/event_queue.h"
 #include "platform/posix/tick_schedule.h"

@@ -7,7 +7,7 @@
 
 #include "fakes/clock_and_formats.h"
 #include "platform/event_gate.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/sockets/winsock.h"
 #include "sockets/loop_helpers.h"
 #include "sockets/peer.h"

@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"

@@ -8,7 +8,7 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/window/caption_font.h"
 #include "support/failure_of.h"
 

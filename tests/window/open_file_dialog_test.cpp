@@ -13,7 +13,7 @@
 #include <QTimer>
 #include <set>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "support/failure_of.h"
 
 namespace platform::window {

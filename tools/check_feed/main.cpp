@@ -6,7 +6,6 @@
 #include "check_feed/feed_check.h"
 #include "command_line/command.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 #include "make_database/csv_reader.h"
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

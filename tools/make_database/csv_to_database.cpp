@@ -4,7 +4,6 @@
 
 #include "make_database/receipt_reader.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

@@ -11,7 +11,7 @@
 #include "make_database/table_definition.h"
 #include "make_database/text_encoding.h"
 #include "make_database/usage_map.h"
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 
 namespace tools {
 namespace {

@@ -8,7 +8,6 @@
 
 #include "make_database/text_encoding.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

@@ -3,7 +3,6 @@
 #include <cstdint>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

@@ -5,7 +5,6 @@
 #include <system_error>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

@@ -1,7 +1,6 @@
 #include "make_database/page_writer.h"
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

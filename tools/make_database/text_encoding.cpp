@@ -7,7 +7,6 @@
 
 #include "platform/ansi_code_page.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace tools {
 namespace {

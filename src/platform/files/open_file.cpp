@@ -5,7 +5,6 @@
 #include <cerrno>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/posix/system_calls.h"
 
 namespace platform::files {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/file_system.h"
 #include "platform/files/file_lock.h"
-#include "platform/profile_file.h"
 
 namespace platform::files {
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/ansi_code_page.h"
-#include "platform/names.h"
+#include "platform/conversions.h"
 
 namespace platform::files {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/file_system.h"
 #include "platform/files/profile_content.h"
-#include "platform/profile_file.h"
 
 /// The grammar of profile files. These functions touch no file.
 ///

@@ -8,7 +8,6 @@
 #include <ctime>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/byte_view.h"
 #include "platform/posix/system_calls.h"
 

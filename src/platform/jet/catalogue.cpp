@@ -1,12 +1,11 @@
 #include <optional>
 
+#include "platform/conversions.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/column_value.h"
 #include "platform/jet/damage_report.h"
 #include "platform/jet/table_definition.h"
 #include "platform/jet/table_scan.h"
-#include "platform/names.h"
 
 namespace platform::jet {
 namespace {

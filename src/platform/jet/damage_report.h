@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/byte_view.h"
 
 namespace platform::jet {

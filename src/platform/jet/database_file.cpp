@@ -8,7 +8,6 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/damage_report.h"
 #include "platform/jet/page_file.h"
 #include "platform/jet/row_order.h"

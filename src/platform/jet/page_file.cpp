@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/header.h"
 
 /// Pages

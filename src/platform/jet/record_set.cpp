@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/jet/column_value.h"
 #include "platform/jet/damage_report.h"
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "platform/ansi_code_page.h"
+#include "platform/conversions.h"
 #include "platform/jet/damage_report.h"
 #include "platform/jet/text.h"
-#include "platform/names.h"
 
 /// Definition of a table
 ///

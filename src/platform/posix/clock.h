@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "platform/clock.h"
+#include "platform/date_time.h"
 
 namespace platform::posix {
 

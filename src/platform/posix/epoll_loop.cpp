@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace platform::posix {
 namespace {

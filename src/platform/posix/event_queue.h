@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/event_gate.h"
-#include "platform/event_queue.h"
 #include "platform/posix/timer.h"
 
 namespace platform::posix {

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace platform::posix {
 namespace {

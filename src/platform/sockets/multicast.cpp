@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <span>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 #include "platform/sockets/multicast_interface.h"
 #include "platform/sockets/open_socket.h"
 #include "platform/sockets/socket_error.h"

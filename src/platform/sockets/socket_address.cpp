@@ -10,7 +10,6 @@
 #include <memory>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace platform::sockets {
 namespace {

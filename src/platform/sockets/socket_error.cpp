@@ -4,7 +4,7 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/failure_numbers.h"
+#include "platform/failure.h"
 
 namespace platform::sockets {
 namespace {

@@ -3,7 +3,6 @@
 #include <limits>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/window/text.h"
 
 namespace platform::window {

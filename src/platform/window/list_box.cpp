@@ -13,7 +13,6 @@
 #include <cmath>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/window/list_box_accessible.h"
 #include "platform/window/row_text.h"
 #include "platform/window/text.h"

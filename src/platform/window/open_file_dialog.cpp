@@ -4,7 +4,6 @@
 #include <QFileInfo>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 #include "platform/window/text.h"
 
 namespace platform::window {

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QWidget>
 
-#include "platform/open_file_dialog.h"
+#include "platform/controls.h"
 
 namespace platform::window {
 
