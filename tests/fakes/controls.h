@@ -96,9 +96,11 @@ public:
         Call("AddItem", line);
         lines.push_back(line);
     }
-    void SetListIndex(std::int16_t index) override
+    void SetListIndex(std::int32_t index) override
     {
         Call("SetListIndex", std::to_string(index));
+        if (index > kLastIndex)
+            throw Failure(failure::kOverflow, "Overflow");
         selected = index;
     }
     void Clear() override
@@ -109,7 +111,10 @@ public:
     }
 
     std::vector<std::string> lines;
-    std::optional<std::int16_t> selected;
+    std::optional<std::int32_t> selected;
+
+private:
+    static constexpr std::int32_t kLastIndex = 32767;  // as in the window
 };
 
 class CommandButton : public platform::CommandButton {};
