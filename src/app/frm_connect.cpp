@@ -35,7 +35,7 @@ void frmConnect::StatusLine(const std::string& line)  // continue
 {
     PendingFailure pending;
     pending.Step([&] { lstStatus.AddItem(line); });
-    pending.Step([&] { lstStatus.SetListIndex(platform::ToInteger<std::int16_t>(StatusLinesAdded)); });
+    pending.Step([&] { lstStatus.SetListIndex(StatusLinesAdded); });
     pending.Step([&] { StatusLinesAdded = platform::Successor(StatusLinesAdded); });
     RecordIfPending(pending, "frmConnect.StatusLine");
 }

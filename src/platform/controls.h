@@ -62,9 +62,11 @@ public:
     /// Appends a line, which may hold line breaks and any other character. The selection stays.
     virtual void AddItem(const std::string& line) = 0;
 
-    /// Selects the line of this index, counted from 0, and scrolls it into view; -1 selects none.
-    /// Failure: kInvalidPropertyValue where there is no such line.
-    virtual void SetListIndex(std::int16_t index) = 0;
+    /// Selects the line of this index, counted from 0, and scrolls it into view; -1 selects none. Where it fails, the
+    /// selection stays.
+    /// Failure: kOverflow where the list's own index, which may have fewer bits, cannot hold this one;
+    /// kInvalidPropertyValue where there is no such line.
+    virtual void SetListIndex(std::int32_t index) = 0;
 
     /// Removes all lines.
     virtual void Clear() = 0;

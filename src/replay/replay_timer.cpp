@@ -79,7 +79,7 @@ void frmConnect::SendCurrentRecord(PendingFailure& pending)
     pending.Step([&] { DataViewList.AddItem(recordText); });
     SendRecord(pending, recordText);
     pending.Step([&] { ShowRecordedTime(); });
-    pending.Step([&] { DataViewList.SetListIndex(platform::ToInteger<std::int16_t>(RecordsSent)); });
+    pending.Step([&] { DataViewList.SetListIndex(RecordsSent); });
     pending.Step([&] { RecordsSent = platform::Successor(RecordsSent); });
     pending.Step([&] { OpenTransactionSet().MoveNext(); });
 }

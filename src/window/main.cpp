@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -19,6 +20,8 @@ std::string ExecutableDirectory()
 int main(int argumentCount, char** arguments)
 {
     platform::IgnoreFatalWriteSignals();
+    // The program takes no command line. Qt, which would take one, sees the program's name alone.
+    argumentCount = std::min(argumentCount, 1);
     const QApplication application(argumentCount, arguments);
     try {
         Trellivan trellivan(ExecutableDirectory(), QLocale::system());

@@ -94,9 +94,9 @@ std::string RunningProgram::TakeLine()
 {
     auto& list = Window().lstStatus;
     const int last = list.SelectedLine();
-    list.SetListIndex(static_cast<std::int16_t>(linesTaken_++));
+    list.SetListIndex(linesTaken_++);
     const std::string line = list.SelectedText();
-    list.SetListIndex(static_cast<std::int16_t>(last));
+    list.SetListIndex(last);
     return line.substr(kTimeOfDay);
 }
 

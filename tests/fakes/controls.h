@@ -97,9 +97,10 @@ public:
         Call("AddItem", line);
         lines.push_back(line);
     }
-    void SetListIndex(std::int16_t index) override
+    void SetListIndex(std::int32_t index) override
     {
         Call("SetListIndex", std::to_string(index));
+        RefuseIf(index > kLastIndex, failure::kOverflow, "Overflow");
         RefuseIf(index < -1 || index >= static_cast<std::int64_t>(lines.size()),
                  failure::kInvalidPropertyValue, "The list has no such line");
         selected = index;
@@ -113,6 +114,9 @@ public:
 
     std::vector<std::string> lines;
     std::int32_t selected = -1;  // -1: none
+
+private:
+    static constexpr std::int32_t kLastIndex = 32767;  // as in the window
 };
 
 class CommandButton : public platform::CommandButton {};

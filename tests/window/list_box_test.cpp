@@ -8,11 +8,12 @@
 #include <QGuiApplication>
 #include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include "platform/failure.h"
-#include "platform/window/row_text.h"
 #include "platform/window/text.h"
+#include "support/failure_of.h"
 
 namespace platform::window {
 namespace {
@@ -56,14 +57,24 @@ TEST_F(ListBoxTest, RefusesALineThatIsNotThereAndKeepsItsSelection)
     AddLines(100);
     list.SetListIndex(99);
     ASSERT_TRUE(WaitForTopLine(90));
-    for (const int index : {100, -2, 32767})
-        EXPECT_THROW(list.SetListIndex(static_cast<std::int16_t>(index)), Failure) << index;
+    for (const int index : {100, -2, 32767, -32768})
+        EXPECT_EQ(FailureOf([&] { list.SetListIndex(index); }), failure::kInvalidPropertyValue) << index;
+    for (const int index : {32768, -32769, std::numeric_limits<int>::max()})
+        EXPECT_EQ(FailureOf([&] { list.SetListIndex(index); }), failure::kOverflow) << index;
     EXPECT_EQ(list.SelectedLine(), 99);
     list.Clear();
     EXPECT_TRUE(WaitForTopLine(0));
     EXPECT_EQ(list.SelectedLine(), -1);
     EXPECT_THROW(list.SetListIndex(0), Failure);
     EXPECT_NO_THROW(list.SetListIndex(-1));
+}
+
+TEST_F(ListBoxTest, SelectsNoLinePastTheLastIndexOf16Bits)
+{
+    AddLines(32769);
+    list.SetListIndex(32767);
+    EXPECT_EQ(FailureOf([&] { list.SetListIndex(32768); }), failure::kOverflow);
+    EXPECT_EQ(list.SelectedText(), "line 32767");
 }
 
 TEST_F(ListBoxTest, FollowsTheKeyboard)
@@ -131,6 +142,32 @@ TEST_F(ListBoxTest, PaintsTheLinesInViewOnlyHoweverLongListAndLinesAre)
     const QColor selection = list.palette().color(QPalette::Highlight);
     EXPECT_EQ(picture.pixelColor(2, picture.height() - 4), selection);
     EXPECT_NE(picture.pixelColor(2, 4), selection);
+}
+
+TEST(ListBox, ShowsTheReceiptOfTheLineOnWhichThePointerRests)
+{
+    ListBox records(nullptr, ListBox::ToolTips::kReceipts);
+    ListBox statusLines(nullptr);
+    const auto rest = [](ListBox& list, int row) {
+        const QPoint place(5, row * list.fontMetrics().height() + 2);
+        QHelpEvent rests(QEvent::ToolTip, place, list.viewport()->mapToGlobal(place));
+        QApplication::sendEvent(list.viewport(), &rests);
+        return QToolTip::text();
+    };
+    for (ListBox* const list : {&records, &statusLines}) {
+        list->resize(200, 200);
+        list->show();
+        for (const char* line : {"first", "Table 4\r\n 2 <b>Tea</b>"})
+            list->AddItem(line);
+    }
+    EXPECT_EQ(rest(records, 1), ReceiptHtml("Table 4\n 2 <b>Tea</b>"));
+    static_cast<void>(rest(records, 2));
+    const auto isHidden = [] { return QToolTip::text().isEmpty(); };
+    EXPECT_TRUE(QTest::qWaitFor(isHidden)) << "below the last line";
+    EXPECT_EQ(rest(statusLines, 1), "");
+    EXPECT_EQ(rest(records, 0), ReceiptHtml("first"));
+    QToolTip::hideText();
+    EXPECT_TRUE(QTest::qWaitFor(isHidden));
 }
 
 TEST(RowTexts, ShowAsMuchAsFitsWithAnEllipsisWhereTheyAreCut)

@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    qunsetenv("XDG_CONFIG_HOME");
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -4,9 +4,14 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QStyleOptionButton>
 #include <QTest>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
 
 #include "platform/failure.h"
 #include "platform/window/caption_font.h"
@@ -89,15 +94,49 @@ TEST_F(MainWindowTest, MovesTheFocusThroughNamedInputsInOrderFromOpenFile)
     }
 }
 
-TEST_F(MainWindowTest, KeepsTextsAsTheyAre)
+TEST_F(MainWindowTest, KeepsWhatTheProgramShowsAsItIs)
 {
     const std::string odd = "a & b\r\n\t\x01 \uFEFF\U0001F600"s + std::string(100'000, 'x');
-    window.txtIPAddress.SetText(odd);
     window.txtFilePath.SetText(odd);
-    EXPECT_EQ(window.txtIPAddress.Text(), odd);
     EXPECT_EQ(window.txtFilePath.Text(), odd);
-    QTest::keyClicks(&window.txtPortNumber, "50&15");
-    EXPECT_EQ(window.txtPortNumber.Text(), "50&15");
+}
+
+TEST_F(MainWindowTest, TakesOneLineWithoutUnseenCharactersHoweverItComes)
+{
+    struct Case {
+        std::string given;
+        std::string held;
+    };
+    const std::string longest(255, 'x');
+    const Case cases[] = {
+        {"10.0.0.1\r\n", "10.0.0.1"}, {"\t10.0.0.1\u200B\u2028", "10.0.0.1"},
+        {" a & b ", " a & b "},       {"caf\u00E9\u00A0\U0001F600", "caf\u00E9\u00A0\U0001F600"},
+        {longest + "y", longest},     {longest.substr(1) + "\U0001F600", longest.substr(1)},
+        {"\U000E0001\x7F\x01", ""},
+    };
+    TextBox& box = window.txtIPAddress;
+    for (const Case& each : cases) {
+        box.SetText("gone");
+        box.SetText(each.given);
+        EXPECT_EQ(box.Text(), each.held) << "set";
+        QGuiApplication::clipboard()->setText(QString::fromStdString(each.given));
+        box.selectAll();
+        box.paste();
+        EXPECT_EQ(box.Text(), each.held) << "pasted";
+    }
+    box.SetText("10..1");
+    box.setCursorPosition(3);
+    QGuiApplication::clipboard()->setText("\n0.0\n");
+    box.paste();
+    QTest::keyClicks(&box, ".");
+    EXPECT_EQ(box.Text(), "10.0.0..1") << "the cursor stays behind what was pasted";
+}
+
+TEST_F(MainWindowTest, CutsAMegabyteThatIsPasted)
+{
+    QGuiApplication::clipboard()->setText(QString(1'000'000, 'x'));
+    window.txtIPAddress.paste();
+    EXPECT_EQ(window.txtIPAddress.Text(), std::string(255, 'x'));
 }
 
 TEST_F(MainWindowTest, ShowsWhatTheProgramWritesForCopyingOnly)
@@ -125,6 +164,62 @@ TEST_F(MainWindowTest, TakesOnlyItemsOfADropDownList)
         EXPECT_EQ(FailureOf([&] { list.SetText(text); }), failure::kTextNotInList);
         EXPECT_EQ(list.Text(), "UDP");
     }
+}
+
+TEST_F(MainWindowTest, ChangesADropDownListByTheWheelOnlyWhileItHasTheFocus)
+{
+    DropDownList& list = window.cboProtocol;
+    for (const char* item : {"TCP", "UDP", "MCAST"})
+        list.AddItem(item);
+    list.SetText("UDP");
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto turnWheel = [&] {
+        const QPointF middle = QRectF(list.rect()).center();
+        QWheelEvent down(middle, list.mapToGlobal(middle), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&list, &down);
+    };
+    turnWheel();
+    turnWheel();
+    EXPECT_EQ(list.Text(), "UDP");
+    EXPECT_FALSE(list.hasFocus());
+    list.setFocus();
+    turnWheel();
+    EXPECT_EQ(list.Text(), "MCAST");
+}
+
+/// How well two colours can be told apart, from 1 to 21, as accessibility guidelines count it.
+double Contrast(const QColor& one, const QColor& other)
+{
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+               0.0722 * linear(color.blueF());
+    };
+    const std::pair<double, double> range = std::minmax({luminance(one), luminance(other)});
+    return (range.second + 0.05) / (range.first + 0.05);
+}
+
+TEST_F(MainWindowTest, ShowsAnEmptyCheckBoxInADarkTheme)
+{
+    constexpr double kLeastForControls = 3;
+    const QColor dark(53, 53, 53);
+    window.setPalette(
+        QPalette(Qt::white, dark, Qt::gray, Qt::black, Qt::darkGray, Qt::white, QColor(35, 35, 35)));
+    CheckBox& box = window.chkReconnect;
+    QStyleOptionButton option;
+    option.initFrom(&box);
+    const QRect place = box.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box);
+    const QImage picture = window.grab(QRect(box.mapTo(&window, QPoint()), box.size())).toImage();
+    const double scale = picture.devicePixelRatio();
+    double contrastOfEdge = 1;
+    for (int x = 0; x < place.center().x() * scale; ++x) {
+        const int middle = static_cast<int>(place.center().y() * scale);
+        contrastOfEdge = std::max(contrastOfEdge, Contrast(picture.pixelColor(x, middle), dark));
+    }
+    EXPECT_GE(contrastOfEdge, kLeastForControls);
 }
 
 TEST_F(MainWindowTest, TicksABox)

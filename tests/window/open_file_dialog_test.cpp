@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialogButtonBox>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -55,6 +56,40 @@ TEST_F(OpenFileDialogTest, GivesTheFullPathOfAFileThatNeedNotExist)
         });
         EXPECT_EQ(dialog.FileName(), path.toStdString());
     }
+}
+
+TEST_F(OpenFileDialogTest, OpensATypedPathWithOneEnter)
+{
+    QFile(folder.filePath("day.mdb")).open(QIODevice::WriteOnly);
+    dialog.SetCancelError(true);
+    for (int opening = 1; opening <= 3; ++opening) {
+        Show([&](QFileDialog& shown) {
+            auto* const name = shown.findChild<QLineEdit*>("fileNameEdit");
+            shown.activateWindow();
+            ASSERT_TRUE(QTest::qWaitForWindowActive(&shown));
+            QTest::keyClicks(name, folder.filePath("day.mdb"));
+            // As Qt does at times, by keys that come while it reads the folder.
+            shown.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->setEnabled(false);
+            QTest::keyClick(name, Qt::Key_Return);
+            if (shown.isVisible())
+                shown.reject();
+        });
+        EXPECT_EQ(dialog.FileName(), folder.filePath("day.mdb").toStdString()) << "at opening " << opening;
+    }
+}
+
+TEST_F(OpenFileDialogTest, LeavesNothingInTheHomeFolder)
+{
+    const auto filesInHome = [] {
+        QStringList files;
+        QDirIterator each(QDir::homePath(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (each.hasNext())
+            files += each.next();
+        return files;
+    };
+    const QStringList before = filesInHome();
+    Show([&](QFileDialog& shown) { Type(shown, folder.filePath("day.mdb")); });
+    EXPECT_EQ(filesInHome(), before);
 }
 
 TEST_F(OpenFileDialogTest, ReportsCancelAsAskedForAndKeepsTheFile)

@@ -39,5 +39,32 @@ TEST(Text, IsVisibleAsFarAsAskedFor)
     EXPECT_EQ(VisibleText("\r\nb", 1).toStdU16String(), u"\u21B5");
 }
 
+TEST(Text, IsARecordAsItWouldBePrinted)
+{
+    const auto lines = [](int count) {
+        QStringList texts;
+        for (int i = 1; i <= count; ++i)
+            texts += QString::number(i);
+        return texts.join('\n');
+    };
+    struct Case {
+        QString record;
+        QString shown;
+    };
+    const Case cases[] = {
+        {"", ""},
+        {"Table 4\r\n\n  2 x Tea\rTotal", "Table 4\n\n  2 x Tea\nTotal"},
+        {"<b>&amp;</b> \"x\"", "&lt;b&gt;&amp;amp;&lt;/b&gt; &quot;x&quot;"},
+        {"a\tb\x01", QString::fromUtf8("a b\u00B7")},
+        {lines(60), lines(60)},
+        {lines(60) + '\n', lines(60)},
+        {lines(61), lines(59) + QString::fromUtf8("\n\u2026")},
+        {QString(100, 'x') + "\ny", QString(100, 'x') + "\ny"},
+        {QString(101, 'x') + "\ny", QString(100, 'x') + QString::fromUtf8("\u2026\ny")},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(ReceiptHtml(each.record.toStdString()), "<pre>" + each.shown + "</pre>");
+}
+
 }  // namespace
 }  // namespace platform::window

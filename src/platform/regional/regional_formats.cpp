@@ -1,29 +1,17 @@
 #include "platform/regional/regional_formats.h"
 
 #include <QRegularExpression>
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <string>
 
-#include "platform/ansi_code_page.h"
-#include "platform/regional/patterns.h"
 #include "platform/regional/qt_values.h"
 
 namespace platform::regional {
 namespace {
 
-constexpr QLatin1String kPlainDate("yyyy-MM-dd");
-constexpr QLatin1String kPlainTime("HH:mm:ss");
-
-bool InAnsiCodePage(const std::string& utf8)
-{
-    return FromAnsi(ToAnsi(utf8)) == utf8;
-}
-
 bool NumbersServe(const QLocale& locale)
 {
-    return locale.zeroDigit() == QLatin1String("0") && InAnsiCodePage(FromQt(locale.decimalPoint()));
+    return locale.zeroDigit() == QLatin1String("0") && InAnsiCodePage(locale.decimalPoint());
 }
 
 /// The text without the separators of its digit groups. Qt refuses them in 28 of its locales where only one digit stands
@@ -48,48 +36,17 @@ QString WithoutGroupSeparators(QString text, const QLocale& locale)
 }  // namespace
 
 RegionalFormats::RegionalFormats(const QLocale& locale)
-    : date_{locale, DatePattern(locale)},
-      time_{locale, TimePattern(locale)},
-      isDayFirst_(IsDayFirst(locale)),
-      typed_(locale),
-      numbers_(NumbersServe(locale) ? locale : QLocale::c())
-{
-    if (!DateFormatServes())
-        date_ = {QLocale::c(), kPlainDate};
-    if (!TimeFormatServes())
-        time_ = {QLocale::c(), kPlainTime};
-}
-
-bool RegionalFormats::DateFormatServes() const
-{
-    constexpr std::array kSamples = {std::array{1921, 5, 14}, std::array{2021, 2, 1},
-                                     std::array{2030, 11, 12}};
-    return std::ranges::all_of(kSamples, [this](const auto& sample) {
-        const QDate date(sample[0], sample[1], sample[2]);
-        const QString text = date_.locale.toString(date, date_.pattern);
-        return InAnsiCodePage(FromQt(text)) && Date(text) == date;
-    });
-}
-
-bool RegionalFormats::TimeFormatServes() const
-{
-    constexpr std::array kSamples = {std::array{0, 0, 0}, std::array{3, 7, 9}, std::array{12, 30, 5},
-                                     std::array{15, 7, 9}, std::array{23, 59, 59}};
-    return !time_.pattern.isEmpty() && std::ranges::all_of(kSamples, [this](const auto& sample) {
-        const QTime time(sample[0], sample[1], sample[2]);
-        const QString text = time_.locale.toString(time, time_.pattern);
-        return InAnsiCodePage(FromQt(text)) && Time(text) == time;
-    });
-}
+    : date_(locale), time_(locale), typed_(locale), numbers_(NumbersServe(locale) ? locale : QLocale::c())
+{}
 
 std::string RegionalFormats::LongTime(DateTime moment) const
 {
-    return FromQt(time_.locale.toString(TimeOf(moment), time_.pattern));
+    return FromQt(time_.Write(TimeOf(moment)));
 }
 
 std::string RegionalFormats::ShortDate(DateTime moment) const
 {
-    return FromQt(date_.locale.toString(DateOf(moment), date_.pattern));
+    return FromQt(date_.Write(DateOf(moment)));
 }
 
 std::string RegionalFormats::DecimalSign() const
@@ -112,44 +69,17 @@ std::optional<double> RegionalFormats::Number(std::string_view text) const
     return std::nullopt;
 }
 
-QDate RegionalFormats::Date(const QString& text) const
-{
-    static const QRegularExpression yearFirst(
-        QStringLiteral("^([0-9]{4})([-./])([0-9]{1,2})\\2([0-9]{1,2})\\.?$"));
-    static const QRegularExpression yearLast(
-        QStringLiteral("^([0-9]{1,2})([-./])([0-9]{1,2})\\2([0-9]{4})\\.?$"));
-    if (const auto match = yearFirst.match(text); match.hasMatch())
-        return {match.captured(1).toInt(), match.captured(3).toInt(), match.captured(4).toInt()};
-    const auto match = yearLast.match(text);
-    if (!match.hasMatch())
-        return {};
-    const int day = match.captured(isDayFirst_ ? 1 : 3).toInt();
-    const int month = match.captured(isDayFirst_ ? 3 : 1).toInt();
-    return {match.captured(4).toInt(), month, day};
-}
-
-QTime RegionalFormats::Time(const QString& text) const
-{
-    if (const QTime time = time_.locale.toTime(text, time_.pattern); time.isValid())
-        return time;
-    for (const char* format : {"H:m:ss", "H:m", "h:m:ss AP", "h:m AP"}) {
-        if (const QTime time = QLocale::c().toTime(text, QLatin1String(format)); time.isValid())
-            return time;
-    }
-    return {};
-}
-
 std::optional<DateTime> RegionalFormats::DateOrTime(std::string_view text) const
 {
     const QDate dayZero = DateOf(DayZero());
     const QTime midnight(0, 0);
     const QString whole = ToQt(text).trimmed();
-    if (const QDate date = Date(whole); date.isValid())
+    if (const QDate date = date_.Read(whole); date.isValid())
         return FromQt(date, midnight);
-    if (const QTime time = Time(whole); time.isValid())
+    if (const QTime time = time_.Read(whole); time.isValid())
         return FromQt(dayZero, time);
-    const QDate date = Date(whole.section(QLatin1Char(' '), 0, 0));
-    const QTime time = Time(whole.section(QLatin1Char(' '), 1).trimmed());
+    const QDate date = date_.Read(whole.section(QLatin1Char(' '), 0, 0));
+    const QTime time = time_.Read(whole.section(QLatin1Char(' '), 1).trimmed());
     if (!date.isValid() || !time.isValid())
         return std::nullopt;
     return FromQt(date, time);

@@ -1,15 +1,36 @@
 #include "platform/window/controls.h"
 
-#include <limits>
+#include <QPainter>
+#include <QStyleOptionButton>
+#include <QValidator>
+#include <QWheelEvent>
 
 #include "platform/failure.h"
 #include "platform/window/text.h"
 
 namespace platform::window {
 
+namespace {
+
+/// Every way in which text comes into a box ends here.
+class UnseenRemover final : public QValidator {
+public:
+    using QValidator::QValidator;
+
+    State validate(QString& text, int& cursor) const override
+    {
+        cursor = static_cast<int>(WithoutUnseen(text.left(cursor)).size());
+        text = WithoutUnseen(text);
+        return Acceptable;
+    }
+};
+
+}  // namespace
+
 TextBox::TextBox(QWidget* parent) : QLineEdit(parent)
 {
-    setMaxLength(std::numeric_limits<int>::max());
+    setMaxLength(kMostCharacters);
+    setValidator(new UnseenRemover(this));
 }
 
 std::string TextBox::Text() const
@@ -19,7 +40,7 @@ std::string TextBox::Text() const
 
 void TextBox::SetText(const std::string& text)
 {
-    setText(ToQt(text));
+    setText(WithoutUnseen(ToQt(text)));
     setCursorPosition(0);
 }
 
@@ -44,6 +65,11 @@ void DisplayBox::ShowText()
     setCursorPosition(0);
 }
 
+DropDownList::DropDownList(QWidget* parent) : QComboBox(parent)
+{
+    setFocusPolicy(Qt::StrongFocus);  // not by the wheel
+}
+
 void DropDownList::AddItem(const std::string& item)
 {
     const int selected = currentIndex();
@@ -62,6 +88,14 @@ void DropDownList::SetText(const std::string& text)
     if (index < 0)
         throw Failure(failure::kTextNotInList, "The list has no item \"" + text + "\"");
     setCurrentIndex(index);
+}
+
+void DropDownList::wheelEvent(QWheelEvent* event)
+{
+    if (hasFocus())
+        QComboBox::wheelEvent(event);
+    else
+        event->ignore();
 }
 
 int CheckBox::Value() const
@@ -88,6 +122,23 @@ void CheckBox::SetValue(int value)
 void CheckBox::nextCheckState()
 {
     SetValue(checkState() == Qt::Unchecked ? kTicked : kUnticked);
+}
+
+void CheckBox::paintEvent(QPaintEvent* event)
+{
+    QCheckBox::paintEvent(event);
+    // Styles draw the box's frame a little darker than the window. Where the window is dark, that does not show.
+    const QPalette& colors = palette();
+    if (colors.color(QPalette::Window).lightness() > colors.color(QPalette::WindowText).lightness())
+        return;
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    const QRect box = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
+    QPainter painter(this);
+    QColor frame = colors.color(hasFocus() ? QPalette::Highlight : QPalette::WindowText);
+    frame.setAlphaF(hasFocus() ? 1 : 0.6F);
+    painter.setPen(frame);
+    painter.drawRect(box.adjusted(0, 0, -1, -1));
 }
 
 CommandButton::CommandButton(QWidget* parent, EventGate& gate) : QPushButton(parent)

@@ -14,9 +14,13 @@
 /// The window's controls: widgets that do what the logic says and tell it what the operator did.
 namespace platform::window {
 
-/// A box in which the operator types. It keeps any text as it is.
+/// A box in which the operator types one line. What is typed, pasted or set loses its control and formatting characters,
+/// which nobody would see, and all beyond kMostCharacters: a value of the settings file holds no more. A character
+/// outside Unicode's first plane counts as two.
 class TextBox final : public QLineEdit, public platform::TextBox {
 public:
+    static constexpr int kMostCharacters = 255;
+
     explicit TextBox(QWidget* parent);
     [[nodiscard]] std::string Text() const override;
     void SetText(const std::string& text) override;
@@ -42,10 +46,14 @@ private:
 
 class DropDownList final : public QComboBox, public platform::DropDownList {
 public:
-    using QComboBox::QComboBox;
+    explicit DropDownList(QWidget* parent);
     void AddItem(const std::string& item) override;
     [[nodiscard]] std::string Text() const override;
     void SetText(const std::string& text) override;
+
+protected:
+    /// The wheel changes the item only of the list that has the focus. Over another one it would do so unnoticed.
+    void wheelEvent(QWheelEvent* event) override;
 };
 
 class CheckBox final : public QCheckBox, public platform::CheckBox {
@@ -57,6 +65,7 @@ public:
 protected:
     /// The operator chooses between unticked and ticked only.
     void nextCheckState() override;
+    void paintEvent(QPaintEvent* event) override;
 };
 
 class CommandButton final : public QPushButton, public platform::CommandButton {

@@ -1,20 +1,12 @@
 #include "platform/window/list_box.h"
 
-#include <QAccessible>
 #include <QAccessibleValueChangeEvent>
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QMenu>
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
 #include <algorithm>
-#include <cmath>
 
 #include "platform/failure.h"
-#include "platform/window/list_box_accessible.h"
-#include "platform/window/row_text.h"
 #include "platform/window/text.h"
 
 namespace platform::window {
@@ -22,11 +14,37 @@ namespace {
 
 constexpr int kTextMargin = 3;  // left and right of a line, in pixels
 
+/// What screen readers hear of a list box: a list of this name whose value is the selected line. Its lines are no objects
+/// of their own, for there may be millions.
+class Accessible final : public QAccessibleWidget {
+public:
+    explicit Accessible(ListBox* listBox) : QAccessibleWidget(listBox, QAccessible::List), listBox_(*listBox)
+    {}
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override
+    {
+        constexpr std::size_t kMostCharacters = 1000;  // what a reader may be asked to speak
+        if (kind != QAccessible::Value)
+            return QAccessibleWidget::text(kind);
+        return VisibleText(listBox_.SelectedText(BytesOfCharacters(kMostCharacters)), kMostCharacters);
+    }
+
+    [[nodiscard]] static QAccessibleInterface* Create(const QString& /*className*/, QObject* object)
+    {
+        auto* const listBox = dynamic_cast<ListBox*>(object);
+        return listBox == nullptr ? nullptr : new Accessible(listBox);
+    }
+
+private:
+    const ListBox& listBox_;
+};
+
 }  // namespace
 
-ListBox::ListBox(QWidget* parent) : QAbstractScrollArea(parent), scrollBar_(new LineScrollBar(this))
+ListBox::ListBox(QWidget* parent, ToolTips toolTips)
+    : QAbstractScrollArea(parent), toolTips_(toolTips), scrollBar_(new LineScrollBar(this))
 {
-    QAccessible::installFactory(&ListBoxAccessible::Create);
+    QAccessible::installFactory(&Accessible::Create);
     setFocusPolicy(Qt::StrongFocus);
     // A frame paints every line in view anew, and shaping what is legible without it takes a third of that.
     QFont quicklyPainted;
@@ -44,8 +62,11 @@ void ListBox::AddItem(const std::string& line)
     pacer_.Request();
 }
 
-void ListBox::SetListIndex(std::int16_t index)
+void ListBox::SetListIndex(std::int32_t index)
 {
+    using Index = std::numeric_limits<std::int16_t>;
+    if (index < Index::min() || index > Index::max())
+        throw Failure(failure::kOverflow, "A list's index cannot be " + std::to_string(index));
     if (index < -1 || index >= Count())
         throw Failure(failure::kInvalidPropertyValue, "The list has no line " + std::to_string(index));
     selected_ = index;
@@ -146,83 +167,6 @@ void ListBox::changeEvent(QEvent* event)
     QAbstractScrollArea::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         UpdateScrollBar();
-}
-
-void ListBox::keyPressEvent(QKeyEvent* event)
-{
-    if (event->matches(QKeySequence::Copy))
-        return CopySelected();
-    switch (event->key()) {
-        case Qt::Key_Up:
-            return SelectByOperator(selected_ - 1);
-        case Qt::Key_Down:
-            return SelectByOperator(selected_ + 1);
-        case Qt::Key_PageUp:
-            return SelectByOperator(selected_ - LinesInView());
-        case Qt::Key_PageDown:
-            return SelectByOperator(selected_ + LinesInView());
-        case Qt::Key_Home:
-            return SelectByOperator(0);
-        case Qt::Key_End:
-            return SelectByOperator(Count() - 1);
-        default:
-            QAbstractScrollArea::keyPressEvent(event);
-    }
-}
-
-void ListBox::mousePressEvent(QMouseEvent* event)
-{
-    SelectAt(event->position().toPoint());
-}
-
-void ListBox::mouseMoveEvent(QMouseEvent* event)
-{
-    if (event->buttons().testFlag(Qt::LeftButton))
-        SelectAt(event->position().toPoint());
-}
-
-void ListBox::contextMenuEvent(QContextMenuEvent* event)
-{
-    QMenu menu(this);
-    QAction* const copy = menu.addAction(QStringLiteral("Copy"), this, [this] { CopySelected(); });
-    copy->setEnabled(selected_ >= 0);
-    menu.exec(event->globalPos());
-}
-
-void ListBox::focusInEvent(QFocusEvent* event)
-{
-    QAbstractScrollArea::focusInEvent(event);
-    update();
-    viewport()->update();
-}
-
-void ListBox::focusOutEvent(QFocusEvent* event)
-{
-    QAbstractScrollArea::focusOutEvent(event);
-    update();
-    viewport()->update();
-}
-
-void ListBox::SelectByOperator(int line)
-{
-    if (Count() == 0)
-        return;
-    selected_ = std::clamp(line, 0, Count() - 1);
-    reveal_ = true;
-    announce_ = true;
-    pacer_.RunNow();
-}
-
-void ListBox::SelectAt(const QPoint& position)
-{
-    const int row = static_cast<int>(std::floor(position.y() / static_cast<double>(RowHeight())));
-    SelectByOperator(TopLine() + std::clamp(row, -1, LinesInView()));
-}
-
-void ListBox::CopySelected() const
-{
-    if (selected_ >= 0)
-        QGuiApplication::clipboard()->setText(ToQt(SelectedText()));
 }
 
 void ListBox::UpdateScrollBar()

@@ -6,13 +6,22 @@ namespace platform::window {
 
 LoopBridge::LoopBridge(EventLoop& loop) : loop_(loop), passIsDue_(loop.Descriptor(), QSocketNotifier::Read)
 {
-    QObject::connect(&passIsDue_, &QSocketNotifier::activated, [this] { loop_.RunPass(Waiting::kNo); });
+    QObject::connect(&passIsDue_, &QSocketNotifier::activated, [this] { RunOwnPass(); });
 }
 
 void LoopBridge::RunPass()
 {
-    loop_.RunPass(Waiting::kNo);
+    ownPassWasRun_ = false;
     QCoreApplication::processEvents();
+    // Qt may have had something else to do first.
+    if (!ownPassWasRun_)
+        RunOwnPass();
+}
+
+void LoopBridge::RunOwnPass()
+{
+    ownPassWasRun_ = true;
+    loop_.RunPass(Waiting::kNo);
 }
 
 }  // namespace platform::window

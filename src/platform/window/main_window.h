@@ -42,7 +42,7 @@ public:
     DisplayBox txtFilePath{this};
     CheckBox chkTransferTime{this};
     ListBox lstStatus{this};
-    ListBox DataViewList{this};
+    ListBox DataViewList{this, ListBox::ToolTips::kReceipts};
 
 private:
     void PlaceInputs();

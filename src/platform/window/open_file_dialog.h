@@ -7,7 +7,7 @@
 
 namespace platform::window {
 
-/// Qt's own file dialog: the desktop's may refuse the name of a file that does not exist.
+/// Qt's own file dialog. It starts in the folder of the file chosen last, changes no files, and leaves nothing behind.
 class OpenFileDialog final : public platform::OpenFileDialog {
 public:
     /// The dialog is modal to this window, which outlives it.
