@@ -15,7 +15,7 @@ texts() {
 
 numbers() {
     sed -n 's/.*constexpr int k[A-Za-z]* = \([0-9]*\);.*/\1/p' \
-        src/platform/failure.h src/platform/sockets/socket_error.cpp
+        src/platform/failure.h src/platform/sockets/socket.cpp
 }
 
 # A source that is gone ends the script here: a loop over the output alone would not notice.

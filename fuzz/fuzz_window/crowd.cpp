@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "fuzz_window/stage.h"
-#include "platform/sockets/open_socket.h"
+#include "platform/sockets/socket.h"
 #include "platform/sockets/socket_address.h"
 
 using platform::FileDescriptor;
@@ -20,13 +20,6 @@ SocketAddress ProgramAddress()
     SocketAddress address = AddressFromText("127.0.0.1").value();
     address.SetPort(stage::kPort);
     return address;
-}
-
-/// What is closed then is reset.
-void ResetOnClose(const FileDescriptor& connection)
-{
-    const linger atOnce{.l_onoff = 1, .l_linger = 0};
-    ::setsockopt(connection.Number(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
 }
 
 }  // namespace

@@ -11,8 +11,9 @@ namespace platform {
 /// its port.
 ///
 /// Failure:   an address that is no group or a port outside 1 to 65535 is a Failure (kInvalidPropertyValue)
-///            of the call, and so is a record that is too long for a datagram or finds this machine's own
-///            buffers full. What the network refuses arrives as OnError and drops the record.
+///            of the call, and so are a socket that this system does not give and a record that is too long
+///            for a datagram or finds this machine's own buffers full. What the network refuses arrives as
+///            OnError and drops the record.
 /// Events:    raised from the event loop through the gate, never inside a call on this object.
 /// Ownership: the handler is set once and lives as long as the control.
 class MulticastControl {

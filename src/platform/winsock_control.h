@@ -7,25 +7,30 @@
 
 namespace platform {
 
+/// What a socket is at; the numbers are the ones that operators of this kind of program have always seen.
+enum class SocketState : std::int16_t {
+    kClosed = 0,
+    kOpen = 1,
+    kListening = 2,
+    kConnecting = 6,
+    kConnected = 7,
+    kError = 9,
+};
+
 /// One socket, TCP as client or as server of one peer, or UDP, as the program's logic sees it.
 ///
 /// Failure:   a call that cannot be carried out throws Failure and leaves State() as it was. What the network
 ///            does later arrives as OnError. Calls never block.
 /// Events:    raised from the event loop through the gate, never inside a call on this object, and none after
-///            Close; a handler may call anything here.
+///            Close; a handler may call anything here. State() tells a failure at once, while OnError comes
+///            at least 500 ms after the one before, so that a handler that connects anew makes no storm.
 /// Ownership: the handlers are set once and live as long as the control.
 /// Text:      UTF-8 here, one byte a character in code page 1252 on the wire, "?" for what that lacks.
 class WinsockControl {
 public:
     enum class Protocol { kTcp = 0, kUdp = 1 };
 
-    /// The values of State() that the program tests or the control takes.
-    static constexpr std::int16_t kClosed = 0;
-    static constexpr std::int16_t kOpen = 1;
-    static constexpr std::int16_t kListening = 2;
-    static constexpr std::int16_t kConnecting = 6;
-    static constexpr std::int16_t kConnected = 7;
-    static constexpr std::int16_t kError = 9;
+    using enum SocketState;
 
     using RequestId = std::int32_t;
 
@@ -44,9 +49,9 @@ public:
     /// The port on which Listen waits; 0 is any free port.
     virtual void SetLocalPort(std::int32_t port) = 0;
 
-    [[nodiscard]] virtual std::int16_t State() const = 0;
+    [[nodiscard]] virtual SocketState State() const = 0;
 
-    /// TCP: starts a connection; State() is kConnecting until OnConnect or OnError. UDP: remembers the
+    /// TCP: starts a connection; State() is kConnecting until it is up or has failed. UDP: remembers the
     /// target, and State() is kConnected at once for an address, after the look-up for a name; no OnConnect.
     /// Failure: kInvalidOperationAtCurrentState on a control that is not closed; kAddressNotAvailable for an
     /// empty host or port 0.

@@ -26,7 +26,7 @@ void frmConnect::tmrSendData_Timer()  // continue; a tick that ends early record
 /// True when the tick may send.
 bool frmConnect::SocketReady(PendingFailure& pending)
 {
-    std::int16_t savedState = WinsockControl::kClosed;
+    platform::SocketState savedState = WinsockControl::kClosed;
     pending.Step([&] { savedState = WinsockConnect.State(); });
     if (savedState == WinsockControl::kListening || savedState == WinsockControl::kConnected)
         return true;
@@ -59,7 +59,10 @@ void frmConnect::ReopenSocket(PendingFailure& pending)
 
 void frmConnect::ReportSocketState(PendingFailure& pending)
 {
-    pending.Step([&] { ShowStatus(" Error with Winsock State: " + std::to_string(WinsockConnect.State())); });
+    pending.Step([&] {
+        const auto state = static_cast<int>(WinsockConnect.State());
+        ShowStatus(" Error with Winsock State: " + std::to_string(state));
+    });
     pending.Step([&] { tmrSendData.SetEnabled(false); });
 }
 

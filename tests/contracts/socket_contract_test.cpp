@@ -58,20 +58,20 @@ TYPED_TEST_SUITE(SocketContract, Kinds);
 TYPED_TEST(SocketContract, EachOpeningHasItsState)
 {
     auto& winsock = this->winsock;
-    EXPECT_EQ(winsock.State(), WinsockControl::kClosed);
+    EXPECT_EQ(winsock.State(), SocketState::kClosed);
     this->SetTarget("127.0.0.1", 5015);
     const struct {
         Protocol protocol;
         std::function<void()> open;
-        std::int16_t state;
+        SocketState state;
     } cases[] = {
-        {Protocol::kTcp, [&] { winsock.Connect(); }, WinsockControl::kConnecting},
-        {Protocol::kTcp, [&] { winsock.Connect("127.0.0.1", "5016"); }, WinsockControl::kConnecting},
-        {Protocol::kTcp, [&] { winsock.Listen(); }, WinsockControl::kListening},
-        {Protocol::kUdp, [&] { winsock.Connect(); }, WinsockControl::kConnected},
-        {Protocol::kUdp, [&] { winsock.Connect("::1", "5016"); }, WinsockControl::kConnected},
-        {Protocol::kUdp, [&] { winsock.Listen(); }, WinsockControl::kListening},
-        {Protocol::kUdp, [&] { winsock.Bind("0"); }, WinsockControl::kOpen},
+        {Protocol::kTcp, [&] { winsock.Connect(); }, SocketState::kConnecting},
+        {Protocol::kTcp, [&] { winsock.Connect("127.0.0.1", "5016"); }, SocketState::kConnecting},
+        {Protocol::kTcp, [&] { winsock.Listen(); }, SocketState::kListening},
+        {Protocol::kUdp, [&] { winsock.Connect(); }, SocketState::kConnected},
+        {Protocol::kUdp, [&] { winsock.Connect("::1", "5016"); }, SocketState::kConnected},
+        {Protocol::kUdp, [&] { winsock.Listen(); }, SocketState::kListening},
+        {Protocol::kUdp, [&] { winsock.Bind("0"); }, SocketState::kOpen},
     };
     for (const auto& [protocol, open, state] : cases) {
         winsock.SetProtocol(protocol);
@@ -79,7 +79,7 @@ TYPED_TEST(SocketContract, EachOpeningHasItsState)
         EXPECT_EQ(winsock.State(), state);
         winsock.Close();
         winsock.Close();
-        EXPECT_EQ(winsock.State(), WinsockControl::kClosed);
+        EXPECT_EQ(winsock.State(), SocketState::kClosed);
     }
 }
 
@@ -91,7 +91,7 @@ TYPED_TEST(SocketContract, OnlyAClosedControlCanBeOpened)
         winsock.Listen();
         for (const auto& open : this->Openings())
             EXPECT_EQ(FailureOf(open), failure::kInvalidOperationAtCurrentState);
-        EXPECT_EQ(winsock.State(), WinsockControl::kListening);
+        EXPECT_EQ(winsock.State(), SocketState::kListening);
         winsock.Close();
     }
 }
@@ -111,7 +111,7 @@ TYPED_TEST(SocketContract, AWrongTargetIsRefusedAndLeavesTheControlClosed)
                  {"127.0.0.1", "harbour", failure::kTypeMismatch}};
     for (const auto& [host, port, number] : cases) {
         EXPECT_EQ(FailureOf([&] { winsock.Connect(host, port); }), number) << host << " " << port;
-        EXPECT_EQ(winsock.State(), WinsockControl::kClosed);
+        EXPECT_EQ(winsock.State(), SocketState::kClosed);
     }
     for (const std::int32_t port : {-1, 65536}) {
         EXPECT_EQ(FailureOf([&] { winsock.SetRemotePort(port); }), failure::kInvalidPropertyValue);

@@ -101,7 +101,7 @@ TEST(ClientConnection, AttemptsFollowEachOtherUntilOneSucceedsOrTheOperatorEndsT
     for (const bool succeeds : {false, true}) {
         RunningProgram program({.reconnect = "YES"});
         program.Play();
-        EXPECT_TRUE(qtLoop.WaitFor([&] { return program.LinesWaiting() >= 30; }));
+        EXPECT_TRUE(qtLoop.WaitFor([&] { return program.LinesWaiting() >= 6; }));
         const int attempts = program.LinesWaiting() / 3 + 1;  // the last of them is under way
         Texts expected;
         for (int attempt = 0; attempt < attempts; ++attempt)

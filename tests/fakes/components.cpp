@@ -50,7 +50,7 @@ void Winsock::SetLocalPort(std::int32_t port)
     RequirePort(port);
 }
 
-std::int16_t Winsock::State() const
+SocketState Winsock::State() const
 {
     Call("State");
     return state;

@@ -23,7 +23,7 @@ public:
     void SetRemoteHost(const std::string& host) override;
     void SetRemotePort(std::int32_t port) override;
     void SetLocalPort(std::int32_t port) override;
-    [[nodiscard]] std::int16_t State() const override;
+    [[nodiscard]] SocketState State() const override;
     void Connect() override;
     void Connect(const std::string& host, const std::string& port) override;
     void Listen() override;
@@ -36,7 +36,7 @@ public:
     /// A peer asks to be connected.
     void Request(RequestId request);
 
-    std::int16_t state = kClosed;
+    SocketState state = kClosed;
     std::vector<std::string> sent;
 
 private:

@@ -47,7 +47,7 @@ TEST(Clear, RewindsEmptiesTheViewAndClosesTheSocket)
     program.cmdClear.OnClick();
     EXPECT_FALSE(program.tmrSendData.enabled);
     EXPECT_EQ(program.DataViewList.lines, Texts{});
-    EXPECT_EQ(program.WinsockConnect.state, 0);
+    EXPECT_EQ(program.WinsockConnect.state, platform::WinsockControl::kClosed);
     EXPECT_EQ(program.TakeStatus(), Texts{"  Data Reset"});
     program.WinsockConnect.state = platform::WinsockControl::kConnected;
     program.Tick();

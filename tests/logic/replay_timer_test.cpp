@@ -4,6 +4,8 @@
 
 namespace {
 
+using platform::WinsockControl;
+
 TEST(Replay, ATickGoesThroughItsStepsInOrder)
 {
     Program program;
@@ -63,7 +65,7 @@ TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
         const char* about;
         const char* reconnect;
         const char* role;
-        std::int16_t stateAfterPauses;
+        platform::SocketState stateAfterPauses;
         Texts reopening;
         Texts status;
         bool sends;
@@ -75,21 +77,49 @@ TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
     const std::string listening = "  Listening on Port 5015  ";
     const std::string error = " Error with Winsock State: ";
     for (const Case& c :
-         {Case{"not opened again", "NO", "Connect", 0, {"Close"}, {error + "0"}, false, false},
-          Case{"connecting", "yes", "Connect", 6, connect, {connecting}, false, true},
-          Case{"connected at once", "yes", "Connect", 7, connect, {connecting}, true, true},
-          Case{"failed at once", "yes", "Connect", 9, connect, {connecting, error + "9"}, false, false},
-          Case{"server", "yes", "Listen", 2, listen, {listening}, true, true}}) {
+         {Case{"not opened again",
+               "NO",
+               "Connect",
+               WinsockControl::kClosed,
+               {"Close"},
+               {error + "0"},
+               false,
+               false},
+          Case{"connecting",
+               "yes",
+               "Connect",
+               WinsockControl::kConnecting,
+               connect,
+               {connecting},
+               false,
+               true},
+          Case{"connected at once",
+               "yes",
+               "Connect",
+               WinsockControl::kConnected,
+               connect,
+               {connecting},
+               true,
+               true},
+          Case{"failed at once",
+               "yes",
+               "Connect",
+               WinsockControl::kError,
+               connect,
+               {connecting, error + "9"},
+               false,
+               false},
+          Case{"server", "yes", "Listen", WinsockControl::kListening, listen, {listening}, true, true}}) {
         SCOPED_TRACE(c.about);
         Program program;
         program.StartPlaying({{"Reconnect", c.reconnect}, {"Connect", c.role}});
-        program.WinsockConnect.state = 8;
+        program.WinsockConnect.state = WinsockControl::kError;
         int passes = 0;
         program.events.onPass = [&] {
             if (++passes == 2)
                 program.WinsockConnect.state = c.stateAfterPauses;
             else
-                EXPECT_EQ(program.WinsockConnect.state, platform::WinsockControl::kClosed);
+                EXPECT_EQ(program.WinsockConnect.state, WinsockControl::kClosed);
         };
         program.Tick();
         EXPECT_EQ(passes, 2);
@@ -99,7 +129,7 @@ TEST(Replay, AnUnusableSocketIsClosedOpenedAgainAndReported)
         EXPECT_EQ(calls, c.reopening);
         EXPECT_EQ(program.TakeStatus(), c.status);
         EXPECT_EQ(program.tmrSendData.enabled, c.running);
-        const bool waits = c.stateAfterPauses == platform::WinsockControl::kListening;
+        const bool waits = c.stateAfterPauses == WinsockControl::kListening;
         EXPECT_EQ(program.TakeRecordNames(), Texts(waits ? 1 : 0, "frmConnect.tmrSendData"));
     }
 }
@@ -108,7 +138,7 @@ TEST(Replay, WhatIsAppliedInTheFirstPauseCountsForTheReopening)
 {
     Program program;
     program.StartPlaying();
-    program.WinsockConnect.state = 0;
+    program.WinsockConnect.state = WinsockControl::kClosed;
     int passes = 0;
     program.events.onPass = [&] {
         if (++passes == 1) {
@@ -155,11 +185,11 @@ TEST(Replay, AFileThatFailedToOpenInAPauseDoesNotEndTheTick)
 {
     Program program;
     program.StartPlaying();
-    program.WinsockConnect.state = 0;
+    program.WinsockConnect.state = WinsockControl::kClosed;
     program.events.onPass = [&] {
         program.files.contents["/data/notes.txt"] = "";
         program.OpenFile("/data/notes.txt");
-        program.WinsockConnect.state = platform::WinsockControl::kConnected;
+        program.WinsockConnect.state = WinsockControl::kConnected;
     };
     program.Tick();
     EXPECT_EQ(program.WinsockConnect.sent, Texts{"first"});

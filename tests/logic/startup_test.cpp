@@ -108,7 +108,7 @@ TEST(OpenFile, ClosesTheSocketAndOpensTheChosenFile)
     program.OpenFile("/data/other.sdd");
     EXPECT_EQ(program.TakeCalls({"CommonDialogueDBFile"}),
               (Texts{"SetCancelError true", "SetFilter Database Files|*.mdb;*.sdd", "ShowOpen", "FileName"}));
-    EXPECT_EQ(program.WinsockConnect.state, 0);
+    EXPECT_EQ(program.WinsockConnect.state, platform::WinsockControl::kClosed);
     EXPECT_EQ(program.txtFilePath.text, "/data/other.sdd");
     EXPECT_EQ(program.TakeStatus(), Texts{"  Database Initialized"});
     EXPECT_TRUE(program.tmrSendData.enabled);
@@ -119,7 +119,7 @@ TEST(OpenFile, CancelKeepsTheDatabaseAndLeavesOneRecord)
     Program program;
     program.StartConnected();
     program.cmdOpenDialogue.OnClick();
-    EXPECT_EQ(program.WinsockConnect.state, 0);
+    EXPECT_EQ(program.WinsockConnect.state, platform::WinsockControl::kClosed);
     EXPECT_EQ(program.txtFilePath.text, "/data/shop.mdb");
     EXPECT_EQ(program.TakeStatus(), Texts{});
     EXPECT_EQ(program.TakeRecords(), Texts{"32755|Cancel was selected|frmConnect.cmdOpenDialogue"});

@@ -12,7 +12,7 @@
 #include <iterator>
 #include <vector>
 
-#include "platform/sockets/open_socket.h"
+#include "platform/sockets/socket.h"
 
 namespace platform::sockets {
 namespace {
@@ -147,8 +147,7 @@ void Peer::EndSending()
 
 void Peer::Reset()
 {
-    const linger atOnce{.l_onoff = 1, .l_linger = 0};
-    ::setsockopt(socket_.Number(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    ResetOnClose(socket_);
     socket_.Close();
 }
 

@@ -1,4 +1,4 @@
-#include "platform/sockets/tcp_connector.h"
+#include "platform/sockets/tcp_opening.h"
 #include "sockets/fresh_network.h"
 #include "sockets/winsock_fixture.h"
 
@@ -57,11 +57,12 @@ TEST_F(TcpClientTest, TheAddressesOfAHostAreTriedInTurn)
         addresses.back().SetPort(listening.Port());
     }
     std::string reached;
-    const TcpConnector connector(
+    TcpConnector connector(
         gate, loop.loop, addresses,
         {.connected =
              [&](FileDescriptor connection) { reached = SocketAddress::OfPeer(connection.Number()).Host(); },
-         .failed = [&](int, const SocketAddress&) { reached = "nobody"; }});
+         .failed = [&](const std::error_code&, const SocketAddress&) { reached = "nobody"; }});
+    connector.StartQuietly();
     EXPECT_TRUE(loop.WaitFor([&] { return !reached.empty(); }));
     EXPECT_EQ("127.0.0.3", reached);
 }

@@ -97,6 +97,33 @@ TEST_F(UdpTest, OurOwnMulticastRecordsAreNoPeersData)
     }
 }
 
+TEST_F(UdpTest, ASocketThatWaitsForPeersNeverFeedsItself)
+{
+    const std::uint16_t port = Peer::Datagrams(loop, "0.0.0.0").Port();
+    socket.SetLocalPort(port);
+    socket.SetRemotePort(port);
+    for (const char* own : {"127.0.0.1", "127.0.0.2", "::1", "0.0.0.0"}) {
+        socket.SetRemoteHost(own);
+        for (const bool binds : {false, true}) {
+            binds ? socket.Bind(std::to_string(port)) : socket.Listen();
+            EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("to itself"); }))
+                << own;
+            socket.Close();
+        }
+    }
+    socket.SetRemoteHost("127.255.255.255");  // everybody, the socket itself included
+    socket.SetRemotePort(port);
+    socket.Listen();
+    socket.SendData("record");
+    EXPECT_TRUE(loop.ComesToRest());
+    EXPECT_EQ(Events{}, events);
+    Peer receiver = Peer::Datagrams(loop);
+    receiver.SendTo(port, "hello");
+    EXPECT_TRUE(Happens("data hello"));
+    socket.SendData("record");
+    EXPECT_EQ("record", receiver.ReceiveDatagram());
+}
+
 TEST_F(UdpTest, AFloodOfDatagramsIsTakenInBoundedPieces)
 {
     constexpr int kDatagrams = 2000;

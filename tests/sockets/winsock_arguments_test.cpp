@@ -41,6 +41,19 @@ TEST_F(WinsockArgumentsTest, APortWithAFractionIsRoundedAsEverywhere)
     EXPECT_EQ(2, socket.LocalPort());
 }
 
+TEST_F(WinsockArgumentsTest, BlanksOfEveryKindAroundAHostAreDropped)
+{
+    Peer receiver = Peer::Datagrams(loop);
+    socket.SetProtocol(WinsockControl::Protocol::kUdp);
+    for (const char* blank : {" ", "\t", "\r\n", "\u00A0", "\u200B", "\u3000", "\uFEFF", " \u00A0\t "}) {
+        socket.Connect(blank + std::string("127.0.0.1") + blank, receiver.PortText());
+        EXPECT_EQ(socket.State(), WinsockControl::kConnected) << "a host to look up: " << blank;
+        socket.Close();
+        EXPECT_EQ(failure::kAddressNotAvailable, FailureOf([&] { socket.Connect(blank, "5015"); }));
+    }
+    EXPECT_EQ(WithoutBlanksAround(" M\u00FCller's till "), "M\u00FCller's till");
+}
+
 TEST_F(WinsockArgumentsTest, AControlThatIsNotClosedRefusesToOpenAgain)
 {
     socket.SetRemoteHost("127.0.0.1");

@@ -67,7 +67,7 @@ protected:
     EpollTestLoop loop;
     Winsock socket{gate, loop.loop, formats};
     Events events;
-    std::int16_t stateInError = -1;
+    SocketState stateInError = SocketState::kClosed;
 };
 
 }  // namespace platform::sockets

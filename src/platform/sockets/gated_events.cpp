@@ -1,8 +1,14 @@
 #include "platform/sockets/gated_events.h"
 
+#include <chrono>
 #include <utility>
 
 namespace platform::sockets {
+namespace {
+
+constexpr std::chrono::milliseconds kRest{10};
+
+}  // namespace
 
 void GatedEvents::Enter(EventGate::Event event)
 {
@@ -20,11 +26,22 @@ void GatedEvents::Post(EventGate::Event event)
     });
 }
 
+RestingWatch::RestingWatch(EventLoop& loop, const FileDescriptor& descriptor, Readiness readiness,
+                           std::function<void()> react)
+    : loop_(loop), watch_(loop.Observe(descriptor.Number(), readiness, std::move(react)))
+{}
+
+void RestingWatch::Rest()
+{
+    watch_->SetEnabled(false);
+    if (!end_)
+        end_ = loop_.NewAlarm([this] { watch_->SetEnabled(true); });
+    end_->Set(std::chrono::steady_clock::now() + kRest);
+}
+
 GatedWatch::GatedWatch(EventGate& gate, EventLoop& loop, const FileDescriptor& descriptor,
                        Readiness readiness, std::function<void()> react)
-    : gate_(gate),
-      react_(std::move(react)),
-      watch_(loop.Observe(descriptor.Number(), readiness, [this] { Ready(); }))
+    : gate_(gate), react_(std::move(react)), watch_(loop, descriptor, readiness, [this] { Ready(); })
 {}
 
 void GatedWatch::Ready()
@@ -36,12 +53,12 @@ void GatedWatch::Ready()
         if (!waits)
             return;
         *waits = false;
-        watch_->SetEnabled(true);
+        watch_.SetEnabled(true);
         react_();
     });
     // A free gate has run the reaction: the watch never had to be muted.
     if (const auto waits = alive.lock(); waits && *waits)
-        watch_->SetEnabled(false);
+        watch_.SetEnabled(false);
 }
 
 }  // namespace platform::sockets

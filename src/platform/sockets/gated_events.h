@@ -22,11 +22,33 @@ public:
     /// For what arises inside a call: the event comes with the next pass of the event loop.
     void Post(EventGate::Event event);
 
+    /// Events that still wait never run.
+    void Drop() { alive_ = std::make_shared<bool>(true); }
+
 private:
     EventGate& gate_;
     EventLoop& loop_;
-    /// Expires with this object; what it points to means nothing.
+    /// Expires when the waiting events are dropped; what it points to means nothing.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+/// Watches a descriptor and can rest for a moment: one that stays ready while each call on it fails would keep
+/// a core busy.
+class RestingWatch {
+public:
+    /// The loop is borrowed and outlives it. Failure: as of EventLoop::Observe.
+    RestingWatch(EventLoop& loop, const FileDescriptor& descriptor, Readiness readiness,
+                 std::function<void()> react);
+
+    void SetEnabled(bool enabled) { watch_->SetEnabled(enabled); }
+
+    /// No reaction for 10 ms.
+    void Rest();
+
+private:
+    EventLoop& loop_;
+    std::unique_ptr<Watch> watch_;
+    std::unique_ptr<Alarm> end_;  // of the rest; none before the first
 };
 
 /// Watches a descriptor and reacts through the gate. While a reaction waits at the gate the descriptor is not
@@ -37,6 +59,9 @@ public:
     GatedWatch(EventGate& gate, EventLoop& loop, const FileDescriptor& descriptor, Readiness readiness,
                std::function<void()> react);
 
+    /// For the reaction whose call has failed in passing: the next reaction comes after 10 ms.
+    void Rest() { watch_.Rest(); }
+
 private:
     void Ready();
 
@@ -44,7 +69,7 @@ private:
     std::function<void()> react_;
     /// True while the reaction waits at the gate. It expires with this object.
     std::shared_ptr<bool> waits_ = std::make_shared<bool>(false);
-    std::unique_ptr<Watch> watch_;
+    RestingWatch watch_;
 };
 
 }  // namespace platform::sockets

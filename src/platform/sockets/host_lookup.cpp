@@ -2,12 +2,11 @@
 
 #include <sys/eventfd.h>
 
-#include <cerrno>
 #include <system_error>
 #include <thread>
 #include <utility>
 
-#include "platform/sockets/socket_error.h"
+#include "platform/sockets/socket.h"
 
 namespace platform::sockets {
 namespace {
@@ -28,7 +27,7 @@ void StartThread(const std::string& host, Work work)
     try {
         std::thread(std::move(work)).detach();
     } catch (const std::system_error& error) {
-        throw SocketFailure(error.code().value(), "Cannot look up host " + host);
+        throw SocketFailure(error.code(), "Cannot look up host " + host);
     }
 }
 
@@ -38,8 +37,9 @@ void HostLookup::Start(const std::string& host, Answer answer)
 {
     if (!running_ || running_->host != host) {
         auto finished = std::make_shared<FileDescriptor>(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+        const auto error = LastError();
         if (!finished->IsOpen())
-            throw SocketFailure(errno, "Cannot look up host " + host);
+            throw SocketFailure(error, "Cannot look up host " + host);
         std::promise<std::vector<SocketAddress>> promise;
         auto addresses = promise.get_future();
         StartThread(host, [host, finished, promise = std::move(promise)]() mutable {

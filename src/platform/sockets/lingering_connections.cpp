@@ -1,14 +1,15 @@
 #include "platform/sockets/lingering_connections.h"
 
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <utility>
+
+#include "platform/sockets/gated_events.h"
+#include "platform/sockets/socket.h"
 
 namespace platform::sockets {
 namespace {
 
-constexpr std::chrono::seconds kLongestLinger{30};
 constexpr std::size_t kMostReadAPass = std::size_t{64} << 10;
 
 }  // namespace
@@ -19,20 +20,19 @@ public:
         : owner_(owner),
           stream_(std::move(stream)),
           end_(owner.loop_.NewAlarm([this] { owner_.Remove(*this); })),
-          readable_(
-              owner.loop_.Observe(stream_->Descriptor().Number(), Readiness::kReadable, [this] { Drain(); }))
+          readable_(owner.loop_, stream_->Descriptor(), Readiness::kReadable, [this] { Drain(); })
     {
-        end_->Set(std::chrono::steady_clock::now() + kLongestLinger);
+        end_->Set(std::chrono::steady_clock::now() + owner.longest_);
         stream_->onIdle = [this] { FinishIfDone(); };
+        stream_->onBroken = [this] { owner_.Remove(*this); };
     }
 
     /// May destroy this object.
     void FinishIfDone()
     {
-        if (!stream_->IsIdle())
-            return;
-        stream_->EndSending();
-        if (peerEnded_ || stream_->Error() != 0)
+        if (stream_->IsIdle())
+            stream_->EndSending();
+        if (stream_->Error() || (peerEnded_ && stream_->IsIdle()))
             owner_.Remove(*this);
     }
 
@@ -40,22 +40,26 @@ private:
     void Drain()
     {
         std::array<char, kMostReadAPass> dropped;
-        const ssize_t count = stream_->Receive(dropped);
-        if (count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR)))
-            return;
-        readable_->SetEnabled(false);
-        peerEnded_ = true;
-        FinishIfDone();
+        const auto received = stream_->Receive(dropped);
+        if (IsPassing(received.error)) {
+            readable_.Rest();
+        } else if (received.bytes == 0) {
+            readable_.SetEnabled(false);
+            peerEnded_ = true;
+            FinishIfDone();
+        }
     }
 
     LingeringConnections& owner_;
     std::unique_ptr<TcpStream> stream_;
     bool peerEnded_ = false;
     std::unique_ptr<Alarm> end_;
-    std::unique_ptr<Watch> readable_;
+    RestingWatch readable_;
 };
 
-LingeringConnections::LingeringConnections(EventLoop& loop) : loop_(loop) {}
+LingeringConnections::LingeringConnections(EventLoop& loop, std::chrono::milliseconds longest)
+    : loop_(loop), longest_(longest)
+{}
 
 LingeringConnections::~LingeringConnections() = default;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -12,11 +13,12 @@ namespace platform::sockets {
 /// sends the rest, ends its side and reads on until the peer has ended too. Closing with data unread would
 /// reset the connection, and the peer could lose what is under way.
 ///
-/// A connection goes when it is done, 30 s after it was added at the latest, or with this object.
+/// A connection goes when it is done, some time after it was added at the latest, or with this object. If bytes of
+/// it still wait then it is reset, so that its peer cannot take what it has for the whole.
 class LingeringConnections {
 public:
-    /// The loop outlives it.
-    explicit LingeringConnections(EventLoop& loop);
+    /// The loop outlives it. `longest` is the time that each connection has.
+    LingeringConnections(EventLoop& loop, std::chrono::milliseconds longest);
     ~LingeringConnections();
 
     void Add(std::unique_ptr<TcpStream> stream);
@@ -27,6 +29,7 @@ private:
     void Remove(const Connection& connection);
 
     EventLoop& loop_;
+    std::chrono::milliseconds longest_;
     std::vector<std::unique_ptr<Connection>> connections_;
 };
 

@@ -1,14 +1,19 @@
 #include "platform/sockets/multicast.h"
 
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <array>
 #include <cerrno>
+#include <cstring>
+#include <memory>
 #include <span>
+#include <utility>
 
 #include "platform/failure.h"
-#include "platform/sockets/multicast_interface.h"
-#include "platform/sockets/open_socket.h"
-#include "platform/sockets/socket_error.h"
+#include "platform/sockets/socket.h"
 
 namespace platform::sockets {
 namespace {
@@ -33,7 +38,59 @@ void StayOnThisNetwork(const FileDescriptor& socket, int family)
     }
 }
 
-/// False with errno where the network refuses the bytes.
+/// The index of the first interface with an IPv4 address that has these flags among the chosen ones; 0 for
+/// none.
+int FirstInterface(const ifaddrs* interfaces, unsigned chosen, unsigned wanted)
+{
+    for (const ifaddrs* entry = interfaces; entry != nullptr; entry = entry->ifa_next) {
+        const bool hasIPv4 = entry->ifa_addr != nullptr && entry->ifa_addr->sa_family == AF_INET;
+        if (hasIPv4 && (entry->ifa_flags & chosen) == wanted)
+            return static_cast<int>(::if_nametoindex(entry->ifa_name));
+    }
+    return 0;
+}
+
+/// 0 for none.
+int InterfaceForGroups()
+{
+    ifaddrs* first = nullptr;
+    if (::getifaddrs(&first) != 0)
+        return 0;
+    const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, &::freeifaddrs);
+    if (const int outward =
+            FirstInterface(first, IFF_UP | IFF_MULTICAST | IFF_LOOPBACK, IFF_UP | IFF_MULTICAST))
+        return outward;
+    return FirstInterface(first, IFF_UP | IFF_LOOPBACK, IFF_UP | IFF_LOOPBACK);
+}
+
+/// Sends to an IPv4 group for which the system has no route: through the first interface that is up and can
+/// multicast, or else through the loop-back interface. False with the reason in LastError.
+bool SendThroughAnyInterface(const FileDescriptor& socket, std::span<const std::uint8_t> bytes,
+                             const SocketAddress& group)
+{
+    const in_pktinfo through{.ipi_ifindex = InterfaceForGroups(), .ipi_spec_dst = {}, .ipi_addr = {}};
+    if (through.ipi_ifindex == 0) {
+        errno = ENETUNREACH;
+        return false;
+    }
+    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof through)> control{};
+    iovec piece{.iov_base = const_cast<std::uint8_t*>(bytes.data()), .iov_len = bytes.size()};
+    msghdr message{};
+    message.msg_name = const_cast<sockaddr*>(group.Data());
+    message.msg_namelen = group.Size();
+    message.msg_iov = &piece;
+    message.msg_iovlen = 1;
+    message.msg_control = control.data();
+    message.msg_controllen = control.size();
+    cmsghdr* const header = CMSG_FIRSTHDR(&message);
+    header->cmsg_level = IPPROTO_IP;
+    header->cmsg_type = IP_PKTINFO;
+    header->cmsg_len = CMSG_LEN(sizeof through);
+    std::memcpy(CMSG_DATA(header), &through, sizeof through);
+    return ::sendmsg(socket.Number(), &message, 0) >= 0;
+}
+
+/// False, with the reason in LastError, where the network refuses the bytes.
 bool Send(const FileDescriptor& socket, std::span<const std::uint8_t> bytes, const SocketAddress& group)
 {
     if (::sendto(socket.Number(), bytes.data(), bytes.size(), 0, group.Data(), group.Size()) >= 0)
@@ -42,10 +99,10 @@ bool Send(const FileDescriptor& socket, std::span<const std::uint8_t> bytes, con
     return withoutRoute && SendThroughAnyInterface(socket, bytes, group);
 }
 
-/// The record is too long, or comes while this machine's own buffers are full: the next one may go out.
-bool ConcernsThisRecordAlone(int error)
+/// The record is too long, or comes while this machine has no room for it: the next one may go out.
+bool ConcernsThisRecordAlone(const std::error_code& error)
 {
-    return error == EMSGSIZE || error == EAGAIN || error == ENOBUFS;
+    return error == std::errc::message_size || IsPassing(error);
 }
 
 }  // namespace
@@ -53,15 +110,15 @@ bool ConcernsThisRecordAlone(int error)
 void Multicast::OpenGroup(const std::string& groupAddress, std::int32_t port)
 {
     const SocketAddress group = CheckedGroup(groupAddress, port);
-    closed_ = false;
     OpenFor(group);
+    closed_ = false;
 }
 
 void Multicast::CloseGroup()
 {
     closed_ = true;
     socket_.Close();
-    errors_.reset();
+    errors_.Drop();
 }
 
 void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::string& groupAddress,
@@ -72,34 +129,29 @@ void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::s
         throw Failure(failure::kWrongProtocolOrState, "The multicast group is closed");
     if (!socket_.IsOpen() || family_ != group.Family())
         OpenFor(group);
-    if (!socket_.IsOpen())
-        return;
     if (Send(socket_, bytes, group))
         return;
-    const int error = errno;
+    const auto error = LastError();
     const std::string what = "Cannot send a record to " + group.Text();
     if (ConcernsThisRecordAlone(error))
         throw SocketFailure(error, what);
     Report(error, what);
 }
 
-/// A refusal is reported as an event.
 void Multicast::OpenFor(const SocketAddress& group)
 {
+    FileDescriptor socket = OpenSocket(group.Family(), SOCK_DGRAM);
+    const auto error = LastError();
+    if (!socket.IsOpen())
+        throw SocketFailure(error, "Cannot open multicast group " + group.Text());
+    StayOnThisNetwork(socket, group.Family());
+    socket_ = std::move(socket);
     family_ = group.Family();
-    socket_ = OpenSocket(family_, SOCK_DGRAM);
-    const int error = errno;
-    if (socket_.IsOpen())
-        StayOnThisNetwork(socket_, family_);
-    else
-        Report(error, "Cannot open multicast group " + group.Text());
 }
 
-void Multicast::Report(int error, const std::string& what)
+void Multicast::Report(const std::error_code& error, const std::string& what)
 {
-    if (!errors_)
-        errors_ = std::make_unique<GatedEvents>(gate_, loop_);
-    errors_->Post([this, reason = SocketFailure(error, what)] {
+    errors_.Post([this, reason = SocketFailure(error, what)] {
         if (OnError)
             OnError(reason.Number(), reason.Description());
     });

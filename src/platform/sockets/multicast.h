@@ -1,6 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
 
 #include "platform/event_gate.h"
 #include "platform/multicast_control.h"
@@ -17,7 +19,7 @@ namespace platform::sockets {
 class Multicast final : public MulticastControl {
 public:
     /// Both must outlive the control.
-    Multicast(EventGate& gate, EventLoop& loop) : gate_(gate), loop_(loop) {}
+    Multicast(EventGate& gate, EventLoop& loop) : errors_(gate, loop) {}
 
     void OpenGroup(const std::string& groupAddress, std::int32_t port) override;
     void CloseGroup() override;
@@ -26,14 +28,12 @@ public:
 
 private:
     void OpenFor(const SocketAddress& group);
-    void Report(int error, const std::string& what);
+    void Report(const std::error_code& error, const std::string& what);
 
-    EventGate& gate_;
-    EventLoop& loop_;
     bool closed_ = false;
     FileDescriptor socket_;
     int family_ = 0;
-    std::unique_ptr<GatedEvents> errors_;
+    GatedEvents errors_;
 };
 
 }  // namespace platform::sockets

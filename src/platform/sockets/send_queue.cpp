@@ -4,6 +4,8 @@
 
 #include <cerrno>
 
+#include "platform/sockets/socket.h"
+
 namespace platform::sockets {
 namespace {
 
@@ -26,24 +28,16 @@ void SendQueue::Append(std::string_view bytes)
     waitingInAll_ += bytes.size();
 }
 
-void SendQueue::Clear()
-{
-    waitingInAll_ -= waiting_;
-    waiting_ = 0;
-    sentOfFront_ = 0;
-    blocks_.clear();
-}
-
-int SendQueue::SendTo(const FileDescriptor& socket)
+std::error_code SendQueue::SendTo(const FileDescriptor& socket)
 {
     for (int i = 0; i < kBlocksAPass && !blocks_.empty(); ++i) {
         const std::string_view rest = std::string_view(blocks_.front()).substr(sentOfFront_);
         const ssize_t sent = ::send(socket.Number(), rest.data(), rest.size(), MSG_NOSIGNAL);
         if (sent < 0)
-            return errno == EAGAIN || errno == EINTR ? 0 : errno;
+            return errno == EAGAIN ? std::error_code() : LastError();
         DropFront(static_cast<std::size_t>(sent));
     }
-    return 0;
+    return {};
 }
 
 void SendQueue::DropFront(std::size_t bytes)

@@ -4,6 +4,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "platform/posix/file_descriptor.h"
 
@@ -19,19 +20,19 @@ public:
     explicit SendQueue(std::size_t& waitingInAll) : waitingInAll_(waitingInAll) {}
     SendQueue(const SendQueue&) = delete;
     SendQueue& operator=(const SendQueue&) = delete;
-    ~SendQueue() { Clear(); }
+    ~SendQueue() { waitingInAll_ -= waiting_; }
 
     [[nodiscard]] bool IsEmpty() const { return blocks_.empty(); }
+    [[nodiscard]] std::size_t Bytes() const { return waiting_; }
 
     /// True when the bytes would go past the most that may wait.
     [[nodiscard]] bool IsTooMuch(std::size_t bytes) const;
 
     void Append(std::string_view bytes);
-    void Clear();
 
-    /// Sends what the network takes at the moment, a bounded amount. Returns 0, or an errno for a connection
-    /// that is broken.
-    [[nodiscard]] int SendTo(const FileDescriptor& socket);
+    /// Sends what the network takes at the moment, a bounded amount. The error of a call that failed, though
+    /// not where the network takes no more.
+    [[nodiscard]] std::error_code SendTo(const FileDescriptor& socket);
 
 private:
     void DropFront(std::size_t bytes);

@@ -9,7 +9,9 @@
 #include <limits>
 #include <memory>
 
+#include "platform/ansi_code_page.h"
 #include "platform/failure.h"
+#include "platform/sockets/socket.h"
 
 namespace platform::sockets {
 namespace {
@@ -32,6 +34,23 @@ std::vector<SocketAddress> GetAddresses(const std::string& host, int flags)
     for (const addrinfo* found = first; found != nullptr; found = found->ai_next)
         addresses.emplace_back(found->ai_addr, found->ai_addrlen);
     return addresses;
+}
+
+/// Characters that show nothing: Unicode's blanks, controls and zero-width marks.
+bool IsBlank(char32_t character)
+{
+    constexpr std::array<std::pair<char32_t, char32_t>, 9> kBlanks = {{{0x00, 0x20},
+                                                                       {0x7F, 0xA0},
+                                                                       {0xAD, 0xAD},
+                                                                       {0x1680, 0x1680},
+                                                                       {0x2000, 0x200F},
+                                                                       {0x2028, 0x202F},
+                                                                       {0x205F, 0x2064},
+                                                                       {0x3000, 0x3000},
+                                                                       {0xFEFF, 0xFEFF}}};
+    return std::ranges::any_of(kBlanks, [character](const auto& range) {
+        return character >= range.first && character <= range.second;
+    });
 }
 
 template <class Ask>
@@ -84,6 +103,22 @@ bool SocketAddress::IsGroup() const
                                : IN6_IS_ADDR_MULTICAST(&storage_.v6.sin6_addr);
 }
 
+bool SocketAddress::IsOfThisMachine() const
+{
+    if (IsGroup())
+        return false;
+    const FileDescriptor probe = OpenSocket(Family(), SOCK_DGRAM);
+    if (Family() == AF_INET6)
+        SetOption(probe, IPPROTO_IPV6, IPV6_V6ONLY, 0);
+    SocketAddress address = *this;
+    address.SetPort(0);
+    if (::bind(probe.Number(), address.Data(), address.Size()) != 0)
+        return false;
+    // A broadcast address can be bound as well, but connected only by a socket that asks to broadcast.
+    address.SetPort(Port());
+    return ::connect(probe.Number(), address.Data(), address.Size()) == 0;
+}
+
 SocketAddress SocketAddress::AsIPv6() const
 {
     if (Family() == AF_INET6)
@@ -125,10 +160,18 @@ std::uint16_t CheckedPort(std::int32_t number, std::uint16_t lowest)
     return static_cast<std::uint16_t>(number);
 }
 
-std::string WithoutBlanksAround(const std::string& text)
+std::string WithoutBlanksAround(std::string_view host)
 {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    const char* begin = nullptr;
+    const char* end = nullptr;
+    while (!host.empty()) {
+        const char* const character = host.data();
+        if (IsBlank(TakeCharacter(host)))
+            continue;
+        begin = begin == nullptr ? character : begin;
+        end = host.data();
+    }
+    return {begin, end};
 }
 
 std::optional<SocketAddress> AddressFromText(const std::string& text)

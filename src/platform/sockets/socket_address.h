@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform::sockets {
@@ -29,6 +30,9 @@ public:
 
     /// True for a multicast group.
     [[nodiscard]] bool IsGroup() const;
+
+    /// True for an address that this machine has itself at the moment.
+    [[nodiscard]] bool IsOfThisMachine() const;
 
     /// The same address as a socket for both families writes it: IPv4 inside IPv6.
     [[nodiscard]] SocketAddress AsIPv6() const;
@@ -55,8 +59,9 @@ private:
 /// The number as a port. Failure: kInvalidPropertyValue where it is not from `lowest` to 65535.
 [[nodiscard]] std::uint16_t CheckedPort(std::int32_t number, std::uint16_t lowest);
 
-/// A host as the operator meant it.
-[[nodiscard]] std::string WithoutBlanksAround(const std::string& text);
+/// A host without the blanks of every kind around it that a paste may bring: line breaks, tabs, no-break and
+/// zero-width blanks. UTF-8.
+[[nodiscard]] std::string WithoutBlanksAround(std::string_view host);
 
 /// The address that a text of digits stands for, with port 0; nothing for a name.
 [[nodiscard]] std::optional<SocketAddress> AddressFromText(const std::string& text);

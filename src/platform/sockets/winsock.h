@@ -1,19 +1,20 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
-#include "platform/event_gate.h"
 #include "platform/failure.h"
 #include "platform/regional_formats.h"
 #include "platform/sockets/host_lookup.h"
 #include "platform/sockets/lingering_connections.h"
+#include "platform/sockets/paced_errors.h"
 #include "platform/sockets/tcp_connection.h"
-#include "platform/sockets/tcp_connector.h"
-#include "platform/sockets/tcp_listener.h"
+#include "platform/sockets/tcp_opening.h"
 #include "platform/sockets/udp_socket.h"
 #include "platform/winsock_control.h"
 
@@ -26,6 +27,9 @@ namespace platform::sockets {
 /// State() stays kConnected and sending goes on until Close. On UDP the target is taken from the remote host
 /// and port by the next Connect, Listen or Bind, and a send that the network refuses at once is a Failure of
 /// that SendData.
+///
+/// Beyond the interface it tells what a program without an operator must know of a TCP connection: how much
+/// waits, how far the bytes have come, and what was lost.
 class Winsock final : public WinsockControl {
 public:
     /// All three must outlive the control.
@@ -36,7 +40,7 @@ public:
     void SetRemoteHost(const std::string& host) override;
     void SetRemotePort(std::int32_t port) override;
     void SetLocalPort(std::int32_t port) override;
-    [[nodiscard]] std::int16_t State() const override { return state_; }
+    [[nodiscard]] SocketState State() const override;
     void Connect() override;
     void Connect(const std::string& host, const std::string& port) override;
     void Listen() override;
@@ -49,24 +53,59 @@ public:
     /// The port that is open, also where any free port was asked for; otherwise the port that was set.
     [[nodiscard]] std::uint16_t LocalPort() const;
 
+    /// Bytes of the TCP connection that wait in this program for the receiver to take them; 0 without one. At
+    /// a limit of all that waits SendData refuses records, so whoever sends without a pace stops well before
+    /// it and goes on at OnDrained.
+    [[nodiscard]] std::size_t WaitingBytes() const;
+
+    /// How far the bytes of the TCP connection have come; all zeros without one. A system call.
+    [[nodiscard]] TcpProgress Progress() const;
+
+    /// Sends what waits and ends the TCP connection in order. State() stays kConnected until OnFinished or
+    /// OnError; no OnClose comes, and SendData is a Failure (kWrongProtocolOrState). It takes as long as the
+    /// peer takes; Close gives it up. Failure: kWrongProtocolOrState without a TCP connection.
+    void Finish();
+
+    /// Bytes of the TCP connection waited, and the last of them was handed to the system.
+    std::function<void()> OnDrained;
+
+    /// The TCP connection is lost. It comes before OnError, and also where OnError is held back and a Close
+    /// takes it away.
+    std::function<void(const TcpProgress& progress)> OnLost;
+
+    /// After Finish: the peer's system has acknowledged all bytes and the end. The control is closed.
+    std::function<void()> OnFinished;
+
 private:
     using Addresses = std::vector<SocketAddress>;
 
-    void RequireClosed(const char* operation) const;
-    void Resolve(HostLookup::Answer answer);
-    void ConnectTcp(Addresses addresses);
-    void ConnectUdp(const Addresses& addresses);
-    void OpenUdp(std::uint16_t port);
-    void OpenUdpForPeers(std::uint16_t port, std::int16_t state);
-    void SetTarget(const Addresses& addresses);
+    /// What the control has open. Each alternative has a state of its own.
+    struct Nothing {};
+    struct Failed {};
+    struct LookingUp {};
+    using Opened =
+        std::variant<Nothing, Failed, LookingUp, std::unique_ptr<TcpConnector>, std::unique_ptr<TcpListener>,
+                     std::unique_ptr<TcpConnection>, std::unique_ptr<UdpSocket>>;
 
+    /// What is open, if it is that; null otherwise.
+    template <class Socket>
+    [[nodiscard]] Socket* Open() const;
+
+    void RequireClosed(const char* operation) const;
+    void ConnectTcp();
+    [[nodiscard]] std::unique_ptr<TcpConnector> Calling(Addresses addresses);
+    [[nodiscard]] std::unique_ptr<TcpConnection> Serving(FileDescriptor socket);
+    void OpenUdp(UdpSocket::Role role, std::uint16_t port);
+
+    void CallFound(const Addresses& addresses);
+    void TakeFoundTarget(const Addresses& addresses);
     void Connected(FileDescriptor socket);
-    void Serve(FileDescriptor socket);
     void Announce(FileDescriptor peer);
     void TakeArrived(std::string_view bytes);
     void TakeDatagrams(std::string_view bytes, const SocketAddress& sender);
+    void Finished();
+    void Lose(const std::error_code& error);
     void Fail(const Failure& reason);
-    void DropSockets();
 
     EventGate& gate_;
     EventLoop& loop_;
@@ -76,19 +115,15 @@ private:
     std::string remoteHost_;
     std::uint16_t remotePort_ = 0;
     std::uint16_t localPort_ = 0;
-    std::int16_t state_ = kClosed;
 
     std::string received_;
-    std::optional<SocketAddress> target_;
     RequestId lastRequest_ = 0;
     FileDescriptor requestingPeer_;
 
     std::size_t waitingInAll_ = 0;
     HostLookup lookup_;
-    std::unique_ptr<TcpConnector> connector_;
-    std::unique_ptr<TcpConnection> connection_;
-    std::unique_ptr<TcpListener> listener_;
-    std::unique_ptr<UdpSocket> udp_;
+    PacedErrors errors_;
+    Opened opened_;
     LingeringConnections lingering_;
 };
 

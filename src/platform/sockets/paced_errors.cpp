@@ -1,0 +1,42 @@
+#include "platform/sockets/paced_errors.h"
+
+#include <utility>
+
+namespace platform::sockets {
+namespace {
+
+constexpr std::chrono::milliseconds kApart{500};
+
+}  // namespace
+
+PacedErrors::PacedErrors(EventGate& gate, EventLoop& loop, std::function<void(const Failure&)> raise)
+    : raise_(std::move(raise)),
+      events_(gate, loop),
+      alarm_(loop.NewAlarm([this] { events_.Enter([this] { RaiseHeld(); }); }))
+{}
+
+void PacedErrors::Report(Failure reason)
+{
+    held_ = std::move(reason);
+    if (Clock::now() >= earliest_)
+        RaiseHeld();
+    else
+        alarm_->Set(earliest_);
+}
+
+void PacedErrors::Drop()
+{
+    held_.reset();
+    alarm_->Clear();
+    events_.Drop();
+}
+
+void PacedErrors::RaiseHeld()
+{
+    const Failure reason = std::move(*held_);
+    Drop();
+    earliest_ = Clock::now() + kApart;
+    raise_(reason);
+}
+
+}  // namespace platform::sockets

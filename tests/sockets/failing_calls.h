@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace platform::sockets {
+
+/// A system call that the kernel refuses, without even trying it.
+struct FailingCall {
+    long number;  // __NR_sendto and the like
+    int error;
+    /// Only the calls with this length; all without one.
+    std::optional<std::uint32_t> length = std::nullopt;
+};
+
+/// Runs the body in a thread of its own, in which the call fails.
+void WithFailingCall(const FailingCall& call, const std::function<void()>& body);
+
+}  // namespace platform::sockets

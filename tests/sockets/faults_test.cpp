@@ -1,0 +1,122 @@
+#include <sys/resource.h>
+#include <sys/syscall.h>
+
+#include <cerrno>
+
+#include "platform/sockets/lingering_connections.h"
+#include "platform/sockets/multicast.h"
+#include "sockets/failing_calls.h"
+#include "sockets/winsock_fixture.h"
+
+/// What becomes of a control when the system refuses its calls.
+namespace platform::sockets {
+namespace {
+
+using namespace std::chrono_literals;
+
+class FaultsTest : public WinsockTest {
+protected:
+    FaultsTest()
+    {
+        socket.OnError = [this](int number, const std::string& description) {
+            events.push_back("error " + std::to_string(number));
+            lastError = description;
+            stateInError = socket.State();
+        };
+    }
+
+    std::string lastError;
+};
+
+TEST_F(FaultsTest, ASendThatFailsInPassingIsMadeAgain)
+{
+    for (const int error : {ENOMEM, ENOBUFS, EINTR}) {
+        Peer peer = ConnectedPeer();
+        // Alone the second record always fails, but it leaves in one piece with the third.
+        WithFailingCall({.number = SYS_sendto, .error = error, .length = 6}, [&] {
+            for (const char* record : {"one", "second", "third"})
+                socket.SendData(record);
+            EXPECT_TRUE(loop.ComesToRest()) << "no rest between two tries";
+            EXPECT_EQ(peer.Receive(14), "onesecondthird");
+        });
+        socket.SendData("last");
+        EXPECT_EQ(peer.Receive(4), "last");
+        EXPECT_EQ(events, Events{});
+        socket.Close();
+    }
+}
+
+TEST_F(FaultsTest, AnyOtherFailureOfASendIsALostConnection)
+{
+    const std::vector<std::pair<int, int>> cases = {{EPERM, failure::kSocketPermissionDenied},
+                                                    {EIO, failure::kSocketInvalidArgument},
+                                                    {EHOSTUNREACH, failure::kHostUnreachable},
+                                                    {ETIMEDOUT, failure::kConnectionTimedOut},
+                                                    {EPIPE, failure::kConnectionAborted}};
+    for (const auto& [error, number] : cases) {
+        Peer peer = ConnectedPeer();
+        peer.Send("what has come before");
+        WithFailingCall({.number = SYS_sendto, .error = error, .length = 6}, [&, number = number] {
+            EXPECT_EQ(FailureOf([&] { socket.SendData("refuse"); }), number);
+            EXPECT_EQ(FailureOf([&] { socket.SendData("and so is all after it"); }), number);
+        });
+        EXPECT_EQ(socket.State(), SocketState::kConnected) << "no event inside a call";
+        EXPECT_TRUE(Happens("error " + std::to_string(number)));
+        EXPECT_EQ(events.size(), 2);  // the data and the error
+        EXPECT_EQ(stateInError, SocketState::kError);
+        socket.Close();
+    }
+    EXPECT_EQ(lastError, "The connection is lost: the peer has closed the connection");
+}
+
+TEST_F(FaultsTest, ACallThatIsInterruptedForEverKeepsNoCoreBusy)
+{
+    Peer sender = Peer::Datagrams(loop);
+    WithFailingCall({.number = SYS_recvfrom, .error = EINTR}, [&] {
+        Peer peer = ConnectedPeer();
+        peer.Send("data");
+        EXPECT_TRUE(loop.ComesToRest()) << "reading from a connection";
+        socket.Close();
+        EXPECT_TRUE(loop.ComesToRest()) << "reading from one that lingers";
+        socket.SetProtocol(WinsockControl::Protocol::kUdp);
+        socket.Listen();
+        sender.SendTo(socket.LocalPort(), "data");
+        EXPECT_TRUE(loop.ComesToRest()) << "reading datagrams";
+    });
+    EXPECT_TRUE(Happens("data data"));
+    socket.Close();
+    socket.SetProtocol(WinsockControl::Protocol::kTcp);
+    socket.Listen();
+    const Peer peer = Peer::ConnectTo(loop, socket.LocalPort());
+    WithFailingCall({.number = SYS_accept4, .error = EINTR},
+                    [&] { EXPECT_TRUE(loop.ComesToRest()) << "accepting"; });
+    EXPECT_TRUE(Happens("request"));
+}
+
+TEST_F(FaultsTest, AGroupThatTheSystemRefusesToOpenIsAFailureOfTheCall)
+{
+    Multicast group(gate, loop.loop);
+    group.OnError = [this](int, const std::string&) { events.emplace_back("error of the group"); };
+    WithFailingCall({.number = SYS_socket, .error = EAFNOSUPPORT}, [&] {
+        constexpr int kAddressFamilyNotSupported = 10047;
+        EXPECT_EQ(FailureOf([&] { group.OpenGroup("ff05::123", 5016); }), kAddressFamilyNotSupported);
+        EXPECT_EQ(FailureOf([&] { group.SendToGroup({'x'}, "ff05::123", 5016); }),
+                  kAddressFamilyNotSupported);
+    });
+    EXPECT_TRUE(loop.ComesToRest());
+    EXPECT_EQ(events, Events{});
+}
+
+TEST_F(FaultsTest, ARecordForAGroupThatFindsNoMemoryIsRefusedAlone)
+{
+    Multicast group(gate, loop.loop);
+    group.OnError = [this](int, const std::string&) { events.emplace_back("error of the group"); };
+    WithFailingCall({.number = SYS_sendto, .error = ENOMEM}, [&] {
+        EXPECT_EQ(FailureOf([&] { group.SendToGroup({'x'}, "239.1.2.3", 5016); }), failure::kNoBufferSpace);
+    });
+    EXPECT_TRUE(loop.ComesToRest());
+    EXPECT_EQ(events, Events{});
+}
+
+}  // namespace
+}  // namespace platform::sockets
