@@ -76,6 +76,8 @@ void Till::Look()
         LookWhileWaiting();
     else if (state_ == State::kPlaying)
         LookWhilePlaying();
+    else if (state_ == State::kFinishing && !station_.HasReceiver())
+        End(Reached());
 }
 
 void Till::LookWhileWaiting()

@@ -196,6 +196,7 @@ TEST(Till, TellsWhatALostConnectionLeftInDoubt)
     Listener listener(kPort, 4096);
     player.Start(kFeed + std::string("--status"));
     Connection receiver = listener.Accept();
+    const auto lost = [](const nlohmann::json& error) { return error["number"] == 10054; };
     while (player.Errors().find("File Complete") == std::string::npos)
         ::usleep(1000);
     receiver.Reset();
@@ -205,6 +206,7 @@ TEST(Till, TellsWhatALostConnectionLeftInDoubt)
     EXPECT_EQ(outcome.report["records"], 200);
     EXPECT_GT(outcome.report["records_in_doubt"], 100);
     EXPECT_LT(outcome.report["records_in_doubt"], 200);
+    EXPECT_TRUE(std::ranges::all_of(outcome.report["errors"], lost)) << outcome.report["errors"];
 }
 
 TEST(Till, GoesOnWithTheNextRecordWhenALostReceiverIsBack)
