@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace record {
 namespace {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/clock.h"
+#include "platform/date_time.h"
 #include "platform/event_gate.h"
 #include "platform/event_loop.h"
 #include "record/command_line.h"

@@ -9,7 +9,6 @@
 #include <system_error>
 
 #include "platform/failure.h"
-#include "platform/failure_numbers.h"
 
 namespace record {
 namespace {
