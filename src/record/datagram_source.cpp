@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/sockets/open_socket.h"
+#include "platform/sockets/socket.h"
 #include "record/local_port.h"
 
 namespace record {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/sockets/socket_error.h"
+#include "platform/sockets/socket.h"
 
 namespace record {
 namespace {
@@ -53,10 +53,11 @@ void Dialer::Connect(std::vector<SocketAddress> addresses)
         platform::sockets::TcpConnector::Events{
             .connected = [this](platform::FileDescriptor socket) { Connected(std::move(socket)); },
             .failed =
-                [this](int error, const SocketAddress& address) {
+                [this](const std::error_code& error, const SocketAddress& address) {
                     Failed(platform::sockets::SocketFailure(error, "Cannot connect to " + address.Text())
                                .Description());
                 }});
+    connector_->StartQuietly();
 }
 
 void Dialer::Connected(platform::FileDescriptor socket)

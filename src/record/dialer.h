@@ -7,7 +7,7 @@
 
 #include "platform/posix/file_descriptor.h"
 #include "platform/sockets/host_lookup.h"
-#include "platform/sockets/tcp_connector.h"
+#include "platform/sockets/tcp_opening.h"
 #include "record/source.h"
 
 namespace record {

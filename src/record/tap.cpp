@@ -1,10 +1,9 @@
 #include "record/tap.h"
 
-#include <cerrno>
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/sockets/socket_error.h"
+#include "platform/sockets/socket.h"
 
 namespace record {
 namespace {
@@ -26,7 +25,11 @@ Tap::Tap(const Surroundings& surroundings, const HostAndPort& receiver, Events e
               {.connected = [this](platform::FileDescriptor socket) { Connected(std::move(socket)); },
                .failed = [this](const std::string& reason) { AttemptFailed(reason); }}),
       buffer_(kMostARead),
-      farewell_(around_.loop.NewAlarm([this] { events_.finished(); }))
+      farewell_(around_.loop.NewAlarm([this] { events_.finished(); })),
+      broken_(around_.loop.NewAlarm([this] {
+          if (receiver_ && receiver_->Error())
+              ConnectionIsLost(receiver_->Error());
+      }))
 {
     dialer_.Start();
 }
@@ -97,7 +100,9 @@ void Tap::Connected(platform::FileDescriptor socket)
     if (!early_)
         around_.console.Say(name_ + " is back");
     receiver_ = std::make_unique<platform::sockets::TcpStream>(around_.loop, std::move(socket), waiting_);
-    receiver_->onIdle = [this] { AllIsSent(); };
+    receiver_->onIdle = [this] { FinishIfDone(); };
+    // Not at once: it may come from inside a send.
+    receiver_->onBroken = [this] { broken_->Set(std::chrono::steady_clock::now()); };
     isTooSlow_ = false;
     saidTooSlow_ = false;
     readable_ = around_.loop.Observe(receiver_->Descriptor().Number(), platform::Readiness::kReadable,
@@ -119,23 +124,22 @@ void Tap::AttemptFailed(const std::string& reason)
     FinishIfDone();
 }
 
-void Tap::AllIsSent()
-{
-    if (const int error = receiver_->Error(); error != 0)
-        ReceiverIsGone(platform::sockets::SocketFailure(error, "the connection is lost").Description());
-    else
-        FinishIfDone();
-}
-
 void Tap::ReadAnswers()
 {
-    const ssize_t count = receiver_->Receive(buffer_);
-    if (count > 0)
-        events_.answered({buffer_.data(), static_cast<std::size_t>(count)});
-    else if (count == 0)
+    const auto received = receiver_->Receive(buffer_);
+    if (received.bytes > 0)
+        events_.answered({buffer_.data(), received.bytes});
+    else if (receiver_->Error())
+        ConnectionIsLost(receiver_->Error());
+    else if (received.ended)
         ReceiverIsGone("it has ended the connection");
-    else if (errno != EAGAIN && errno != EINTR)
-        ReceiverIsGone(platform::sockets::SocketFailure(errno, "the connection is lost").Description());
+    else if (received.error && !platform::sockets::IsPassing(received.error))
+        ConnectionIsLost(received.error);
+}
+
+void Tap::ConnectionIsLost(const std::error_code& error)
+{
+    ReceiverIsGone(platform::sockets::SocketFailure(error, "the connection is lost").Description());
 }
 
 void Tap::ReceiverIsGone(const std::string& reason)
@@ -164,7 +168,7 @@ void Tap::FinishIfDone()
 {
     if (!isFinishing_ || early_)
         return;
-    if (receiver_ && receiver_->Error() == 0) {
+    if (receiver_ && !receiver_->Error()) {
         if (receiver_->IsIdle())
             receiver_->EndSending();
         return;

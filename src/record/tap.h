@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "platform/sockets/tcp_stream.h"
@@ -49,7 +50,7 @@ private:
     void LeaveOut(std::size_t bytes);
     void Connected(platform::FileDescriptor socket);
     void AttemptFailed(const std::string& reason);
-    void AllIsSent();
+    void ConnectionIsLost(const std::error_code& error);
     void ReadAnswers();
     void ReceiverIsGone(const std::string& reason);
     void FinishIfDone();
@@ -69,6 +70,7 @@ private:
     bool saidTooSlow_ = false;  // of this connection
     bool isFinishing_ = false;
     std::unique_ptr<platform::Alarm> farewell_;
+    std::unique_ptr<platform::Alarm> broken_;  // when a send has found the connection broken
 };
 
 }  // namespace record

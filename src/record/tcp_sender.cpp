@@ -4,13 +4,11 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
-#include <cerrno>
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/sockets/open_socket.h"
+#include "platform/sockets/socket.h"
 #include "platform/sockets/socket_address.h"
-#include "platform/sockets/socket_error.h"
 
 namespace record {
 namespace {
@@ -59,15 +57,16 @@ TcpSender::TcpSender(const Surroundings& surroundings, platform::FileDescriptor 
 
 bool TcpSender::Read()
 {
-    const ssize_t count = stream_.Receive(buffer_);
-    if (count > 0) {
-        TakeBytes({buffer_.data(), static_cast<std::size_t>(count)});
+    const auto received = stream_.Receive(buffer_);
+    if (received.bytes > 0)
+        TakeBytes({buffer_.data(), received.bytes});
+    else if (received.ended)
+        HasEnded("has ended");
+    else if (received.error && !platform::sockets::IsPassing(received.error))
+        HasEnded(platform::sockets::SocketFailure(received.error, "is gone").Description());
+    else
         return true;
-    }
-    if (count < 0 && (errno == EAGAIN || errno == EINTR))
-        return true;
-    HasEnded(count == 0 ? "has ended" : platform::sockets::SocketFailure(errno, "is gone").Description());
-    return false;
+    return received.bytes > 0;
 }
 
 /// The receiver of a tap comes first: it is the one that must not notice.

@@ -2,12 +2,11 @@
 
 #include <sys/socket.h>
 
-#include <cerrno>
 #include <string>
 #include <utility>
 
+#include "platform/sockets/socket.h"
 #include "platform/sockets/socket_address.h"
-#include "platform/sockets/socket_error.h"
 #include "record/local_port.h"
 
 namespace record {
@@ -17,7 +16,8 @@ TcpListenSource::TcpListenSource(const Surroundings& surroundings)
 {
     const auto address = platform::sockets::SocketAddress::OfSocket(socket_.Number());
     if (::listen(socket_.Number(), SOMAXCONN) != 0)
-        throw platform::sockets::SocketFailure(errno, "Cannot listen on " + address.Text());
+        throw platform::sockets::SocketFailure(platform::sockets::LastError(),
+                                               "Cannot listen on " + address.Text());
     readable_ =
         around_.loop.Observe(socket_.Number(), platform::Readiness::kReadable, [this] { AcceptOne(); });
     around_.console.Say("waiting for a till on port " + std::to_string(address.Port()));
