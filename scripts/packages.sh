@@ -1,11 +1,11 @@
 # Sourced by the other scripts: what they need from Debian 12, and how it gets here.
 # shellcheck shell=bash disable=SC2034
 
-build_packages=(cmake g++ libcli11-dev ninja-build qt6-base-dev)
+build_packages=(cmake g++ libcli11-dev ninja-build nlohmann-json3-dev qt6-base-dev)
 run_packages=(socat)
 headless_packages=(imagemagick xdotool xvfb)
 test_packages=(bash-completion clang-format-14 clang-tidy-14 fonts-dejavu-core help2man iproute2 libgtest-dev locales
-    mdbtools nlohmann-json3-dev util-linux)
+    mdbtools util-linux)
 bench_packages=(iproute2 libbenchmark-dev mdbtools util-linux)
 package_packages=(git help2man)
 coverage_packages=(clang-14 llvm-14)

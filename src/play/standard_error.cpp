@@ -1,0 +1,61 @@
+#include "play/standard_error.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace player {
+namespace {
+
+platform::FileDescriptor OpenedAnew()
+{
+    struct stat status {};
+    if (::fstat(STDERR_FILENO, &status) != 0 || (!S_ISFIFO(status.st_mode) && !S_ISCHR(status.st_mode)))
+        return {};
+    return platform::FileDescriptor(::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+/// Bytes written; -1 with errno. A socket takes no bytes that it has no room for; a file always has room, or none ever.
+ssize_t WriteNow(int descriptor, std::string_view text)
+{
+    const ssize_t sent = ::send(descriptor, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    return sent >= 0 || errno != ENOTSOCK ? sent : ::write(descriptor, text.data(), text.size());
+}
+
+bool HasRoomWithin(int descriptor, std::chrono::milliseconds patience)
+{
+    pollfd writable{.fd = descriptor, .events = POLLOUT, .revents = 0};
+    return ::poll(&writable, 1, static_cast<int>(patience.count())) > 0 && (writable.revents & POLLOUT) != 0;
+}
+
+}  // namespace
+
+StandardError::StandardError()
+    : own_(OpenedAnew()), descriptor_(own_.IsOpen() ? own_.Number() : STDERR_FILENO)
+{}
+
+bool StandardError::IsTerminal() const
+{
+    return ::isatty(descriptor_) == 1;
+}
+
+void StandardError::Write(std::string_view text)
+{
+    WriteWithin(text, std::chrono::milliseconds::zero());
+}
+
+void StandardError::WriteWithin(std::string_view text, std::chrono::milliseconds patience)
+{
+    while (!text.empty() && HasRoomWithin(descriptor_, patience)) {
+        const ssize_t written = WriteNow(descriptor_, text);
+        if (written < 0 && errno != EINTR)
+            return;
+        text.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+    }
+}
+
+}  // namespace player
