@@ -62,8 +62,13 @@ std::string ToAnsi(std::string_view utf8)
 {
     std::string bytes;
     bytes.reserve(utf8.size());
-    while (!utf8.empty())
-        bytes.push_back(static_cast<char>(AnsiCode(TakeCharacter(utf8)).value_or('?')));
+    while (!utf8.empty()) {
+        const std::string_view ascii = LeadingAscii(utf8);
+        bytes += ascii;
+        utf8.remove_prefix(ascii.size());
+        if (!utf8.empty())
+            bytes.push_back(static_cast<char>(AnsiCode(TakeCharacter(utf8)).value_or('?')));
+    }
     return bytes;
 }
 
