@@ -95,9 +95,7 @@ TEST(StatusList, HighlightsTheNewestLineUpToTheLastSelectableOne)
     program.cmdClear.OnClick();
     EXPECT_EQ(program.lstStatus.lines.size(), 32770U);
     EXPECT_EQ(program.lstStatus.selected, 32767);
-    EXPECT_EQ(program.TakeRecords(),
-              (Texts{"6|Overflow|frmConnect.StatusLine",
-                     "6|Overflow|frmConnect.StatusLine"}));
+    EXPECT_EQ(program.TakeRecords(), Texts(2, "6|Overflow|frmConnect.StatusLine"));
 }
 
 TEST(OpenFile, ClosesTheSocketAndOpensTheChosenFile)
