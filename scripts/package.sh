@@ -13,7 +13,7 @@ version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/release/CMakeCache.
 name=Trellivan-$version
 stage=build/package
 folder=$stage/$name
-commands=(play_feed make_database check_feed)
+commands=(play_feed record_feed make_database check_feed)
 programs=(Trellivan "${commands[@]}")
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH
@@ -30,7 +30,7 @@ fill_folder() {
     rm -rf "$stage"
     mkdir -p "$folder/docs"
     cp "${programs[@]/#/$built/}" "$built"/shop_day.{mdb,sdd} samples/{Config.ini,shop_day.csv} "$folder"
-    cp docs/{manual.md,play_feed.md,failures.md,window.png} "$folder/docs"
+    cp docs/{manual,play_feed,record_feed,failures}.md docs/window.png "$folder/docs"
     cp tools/command_line/completion.bash "$folder"
     strip "${programs[@]/#/$folder/}"
     scripts/man_pages.sh "$folder/man/man1" "${commands[@]/#/$folder/}"

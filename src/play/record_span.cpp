@@ -85,13 +85,13 @@ RecordSpan FindSpan(platform::RecordSet& records, const RefRange& range,
     std::optional<std::int64_t> last;
     for (std::int64_t position = 0; !records.AtEOF(); ++position, records.MoveNext()) {
         const Value ref = records.Field("ref");
-        if (!first && (!range.from || std::visit(Comparison(*range.from, formats), ref) >= 0))
+        if (!first && (!range.from || std::is_gteq(std::visit(Comparison(*range.from, formats), ref))))
             first = position;
         const auto toEnd =
             range.to ? std::visit(Comparison(*range.to, formats), ref) : std::partial_ordering::equivalent;
-        if (toEnd > 0)
+        if (std::is_gt(toEnd))
             break;
-        if (toEnd <= 0)
+        if (std::is_lteq(toEnd))
             last = position;
     }
     if (!first || !last || *last < *first)

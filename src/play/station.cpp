@@ -13,7 +13,7 @@ constexpr std::size_t kMostWaiting = std::size_t{256} << 10;
 
 }  // namespace
 
-Station::Station(const Surroundings& surroundings, TillPlan plan, Events events)
+Station::Station(const Surroundings& surroundings, TillPlan plan, const Events& events)
     : surroundings_(surroundings),
       plan_(std::move(plan)),
       checked_(Check(plan_.settings, surroundings.formats)),

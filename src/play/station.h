@@ -52,7 +52,7 @@ public:
     };
 
     /// Failure: UsageError for settings that cannot be played. Nothing is opened yet.
-    Station(const Surroundings& surroundings, TillPlan plan, Events events);
+    Station(const Surroundings& surroundings, TillPlan plan, const Events& events);
     Station(const Station&) = delete;
     Station& operator=(const Station&) = delete;
 

@@ -11,6 +11,15 @@ constexpr char kTimeEnds = '\x02';
 
 }  // namespace
 
+void SplitTransferTime(CutRecord& record)
+{
+    const std::size_t mark = record.text.rfind(kTimeBegins);
+    if (mark == std::string_view::npos || !record.text.ends_with(kTimeEnds))
+        return;
+    record.time = record.text.substr(mark + 1, record.text.size() - mark - 2);
+    record.text = record.text.substr(0, mark);
+}
+
 RecordCutter::RecordCutter(CutRule rule, Keep keep) : rule_(std::move(rule)), keep_(std::move(keep)) {}
 
 std::optional<std::size_t> RecordCutter::Add(std::string_view bytes, const Arrival& arrival)
@@ -94,11 +103,10 @@ std::optional<std::size_t> RecordCutter::LengthByTransferTime(std::string_view b
 {
     while (searched_ < bytes.size()) {
         const std::size_t stop = std::min(bytes.find(kTimeEnds, searched_), bytes.size());
-        const std::size_t mark = bytes.substr(searched_, stop - searched_).rfind(kTimeBegins);
-        if (mark != std::string_view::npos)
-            timeMark_ = searched_ + mark;
+        hasTimeMark_ = hasTimeMark_ ||
+                       bytes.substr(searched_, stop - searched_).find(kTimeBegins) != std::string_view::npos;
         searched_ = std::min(stop + 1, bytes.size());
-        if (stop < bytes.size() && timeMark_)
+        if (stop < bytes.size() && hasTimeMark_)
             return searched_;
     }
     return std::nullopt;
@@ -107,13 +115,10 @@ std::optional<std::size_t> RecordCutter::LengthByTransferTime(std::string_view b
 void RecordCutter::Bring(std::string_view bytes, RecordEnd end)
 {
     CutRecord record{.text = bytes, .time = std::nullopt, .arrived = arrived_, .end = end};
-    const bool hasTime = timeMark_ && end == RecordEnd::kMet && bytes.ends_with(kTimeEnds);
-    if (hasTime) {
-        record.text = bytes.substr(0, *timeMark_);
-        record.time = bytes.substr(*timeMark_ + 1, bytes.size() - *timeMark_ - 2);
-    }
+    if (rule_.transferTime && end == RecordEnd::kMet)
+        SplitTransferTime(record);
     searched_ = 0;
-    timeMark_.reset();
+    hasTimeMark_ = false;
     keep_(record);
 }
 

@@ -43,6 +43,9 @@ struct CutRecord {
     RecordEnd end = RecordEnd::kMet;
 };
 
+/// Takes the transfer time off a record's end: what stands between the last 0x01 and an 0x02 at the very end.
+void SplitTransferTime(CutRecord& record);
+
 /// When bytes came: on the wall's clock for the recording, on the steady clock for the gap between records.
 struct Arrival {
     platform::DateTime wall;
@@ -87,8 +90,8 @@ private:
     std::chrono::steady_clock::time_point lastByte_;
 
     // Of the record under way:
-    std::size_t searched_ = 0;             // its sign does not begin before this offset
-    std::optional<std::size_t> timeMark_;  // where the last 0x01 before that offset stands
+    std::size_t searched_ = 0;  // its sign does not begin before this offset
+    bool hasTimeMark_ = false;  // an 0x01 stands before that offset
 };
 
 }  // namespace record

@@ -25,7 +25,7 @@ struct FakeControls {
 struct RealControls {
     window::ListBox list{nullptr};
     window::CheckBox box;
-    window::DropDownList choice;
+    window::DropDownList choice{nullptr};
     EventGate gate;
     posix::EpollLoop loop;
     posix::TickSchedule schedule;
@@ -50,8 +50,9 @@ TYPED_TEST(ControlsContract, AListSelectsItsOwnLinesOnly)
     list.AddItem("second\nof two lines");
     EXPECT_EQ(this->its.SelectedLine(), -1);
     list.SetListIndex(1);
-    for (const std::int16_t index : {std::int16_t{2}, std::int16_t{3}, std::int16_t{32767}, std::int16_t{-2}})
+    for (const int index : {2, 3, 32767, -2})
         EXPECT_EQ(FailureOf([&] { list.SetListIndex(index); }), failure::kInvalidPropertyValue) << index;
+    EXPECT_EQ(FailureOf([&] { list.SetListIndex(32768); }), failure::kOverflow);
     EXPECT_EQ(this->its.SelectedLine(), 1);
     list.AddItem("third");
     EXPECT_EQ(this->its.SelectedLine(), 1);

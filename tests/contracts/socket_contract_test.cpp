@@ -57,48 +57,48 @@ TYPED_TEST_SUITE(SocketContract, Kinds);
 
 TYPED_TEST(SocketContract, EachOpeningHasItsState)
 {
-    auto& winsock = this->winsock;
-    EXPECT_EQ(winsock.State(), SocketState::kClosed);
+    auto& control = this->winsock;
+    EXPECT_EQ(control.State(), SocketState::kClosed);
     this->SetTarget("127.0.0.1", 5015);
     const struct {
         Protocol protocol;
         std::function<void()> open;
         SocketState state;
     } cases[] = {
-        {Protocol::kTcp, [&] { winsock.Connect(); }, SocketState::kConnecting},
-        {Protocol::kTcp, [&] { winsock.Connect("127.0.0.1", "5016"); }, SocketState::kConnecting},
-        {Protocol::kTcp, [&] { winsock.Listen(); }, SocketState::kListening},
-        {Protocol::kUdp, [&] { winsock.Connect(); }, SocketState::kConnected},
-        {Protocol::kUdp, [&] { winsock.Connect("::1", "5016"); }, SocketState::kConnected},
-        {Protocol::kUdp, [&] { winsock.Listen(); }, SocketState::kListening},
-        {Protocol::kUdp, [&] { winsock.Bind("0"); }, SocketState::kOpen},
+        {Protocol::kTcp, [&] { control.Connect(); }, SocketState::kConnecting},
+        {Protocol::kTcp, [&] { control.Connect("127.0.0.1", "5016"); }, SocketState::kConnecting},
+        {Protocol::kTcp, [&] { control.Listen(); }, SocketState::kListening},
+        {Protocol::kUdp, [&] { control.Connect(); }, SocketState::kConnected},
+        {Protocol::kUdp, [&] { control.Connect("::1", "5016"); }, SocketState::kConnected},
+        {Protocol::kUdp, [&] { control.Listen(); }, SocketState::kListening},
+        {Protocol::kUdp, [&] { control.Bind("0"); }, SocketState::kOpen},
     };
     for (const auto& [protocol, open, state] : cases) {
-        winsock.SetProtocol(protocol);
+        control.SetProtocol(protocol);
         open();
-        EXPECT_EQ(winsock.State(), state);
-        winsock.Close();
-        winsock.Close();
-        EXPECT_EQ(winsock.State(), SocketState::kClosed);
+        EXPECT_EQ(control.State(), state);
+        control.Close();
+        control.Close();
+        EXPECT_EQ(control.State(), SocketState::kClosed);
     }
 }
 
 TYPED_TEST(SocketContract, OnlyAClosedControlCanBeOpened)
 {
-    auto& winsock = this->winsock;
+    auto& control = this->winsock;
     for (const Protocol protocol : {Protocol::kTcp, Protocol::kUdp}) {
-        winsock.SetProtocol(protocol);
-        winsock.Listen();
+        control.SetProtocol(protocol);
+        control.Listen();
         for (const auto& open : this->Openings())
             EXPECT_EQ(FailureOf(open), failure::kInvalidOperationAtCurrentState);
-        EXPECT_EQ(winsock.State(), SocketState::kListening);
-        winsock.Close();
+        EXPECT_EQ(control.State(), SocketState::kListening);
+        control.Close();
     }
 }
 
 TYPED_TEST(SocketContract, AWrongTargetIsRefusedAndLeavesTheControlClosed)
 {
-    auto& winsock = this->winsock;
+    auto& control = this->winsock;
     const struct {
         const char* host;
         const char* port;
@@ -110,39 +110,39 @@ TYPED_TEST(SocketContract, AWrongTargetIsRefusedAndLeavesTheControlClosed)
                  {"127.0.0.1", "99999999999", failure::kOverflow},
                  {"127.0.0.1", "harbour", failure::kTypeMismatch}};
     for (const auto& [host, port, number] : cases) {
-        EXPECT_EQ(FailureOf([&] { winsock.Connect(host, port); }), number) << host << " " << port;
-        EXPECT_EQ(winsock.State(), SocketState::kClosed);
+        EXPECT_EQ(FailureOf([&] { control.Connect(host, port); }), number) << host << " " << port;
+        EXPECT_EQ(control.State(), SocketState::kClosed);
     }
     for (const std::int32_t port : {-1, 65536}) {
-        EXPECT_EQ(FailureOf([&] { winsock.SetRemotePort(port); }), failure::kInvalidPropertyValue);
-        EXPECT_EQ(FailureOf([&] { winsock.SetLocalPort(port); }), failure::kInvalidPropertyValue);
+        EXPECT_EQ(FailureOf([&] { control.SetRemotePort(port); }), failure::kInvalidPropertyValue);
+        EXPECT_EQ(FailureOf([&] { control.SetLocalPort(port); }), failure::kInvalidPropertyValue);
     }
     this->SetTarget("", 5015);
-    EXPECT_EQ(FailureOf([&] { winsock.Connect(); }), failure::kAddressNotAvailable);
+    EXPECT_EQ(FailureOf([&] { control.Connect(); }), failure::kAddressNotAvailable);
 }
 
 TYPED_TEST(SocketContract, SendingNeedsAPeer)
 {
-    auto& winsock = this->winsock;
-    const auto send = [&] { winsock.SendData("record"); };
+    auto& control = this->winsock;
+    const auto send = [&] { control.SendData("record"); };
     EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
-    EXPECT_EQ(FailureOf([&] { winsock.Accept(1); }), failure::kWrongProtocolOrState);
-    winsock.Listen();
+    EXPECT_EQ(FailureOf([&] { control.Accept(1); }), failure::kWrongProtocolOrState);
+    control.Listen();
     EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
-    winsock.Close();
-    winsock.SetProtocol(Protocol::kUdp);
+    control.Close();
+    control.SetProtocol(Protocol::kUdp);
     for (const auto& open :
-         std::vector<std::function<void()>>{[&] { winsock.Listen(); }, [&] { winsock.Bind("0"); }}) {
+         std::vector<std::function<void()>>{[&] { control.Listen(); }, [&] { control.Bind("0"); }}) {
         open();
         EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
-        winsock.Close();
+        control.Close();
     }
     this->SetTarget("127.0.0.1", 5015);
-    winsock.Connect();
+    control.Connect();
     EXPECT_EQ(FailureOf(send), 0);
-    winsock.Close();
+    control.Close();
     EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
-    winsock.Bind("0");
+    control.Bind("0");
     EXPECT_EQ(FailureOf(send), 0) << "the target that was set counts";
 }
 
@@ -175,13 +175,13 @@ TYPED_TEST(SocketContract, AGroupIsAnAddressOfAGroupAndAPort)
 
 TYPED_TEST(SocketContract, AClosedGroupTakesNoRecord)
 {
-    auto& multicast = this->multicast;
-    const auto send = [&] { multicast.SendToGroup({65, 66}, "239.1.2.3", 5015); };
+    auto& group = this->multicast;
+    const auto send = [&] { group.SendToGroup({65, 66}, "239.1.2.3", 5015); };
     EXPECT_EQ(FailureOf(send), 0) << "never opened: the control opens what it needs";
-    multicast.CloseGroup();
-    multicast.CloseGroup();
+    group.CloseGroup();
+    group.CloseGroup();
     EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
-    multicast.OpenGroup("239.1.2.3", 5015);
+    group.OpenGroup("239.1.2.3", 5015);
     EXPECT_EQ(FailureOf(send), 0);
 }
 

@@ -280,7 +280,7 @@ TEST(Till, EndsInOrderWhenItIsInterrupted)
 TEST(Till, EndsAtOnceWhenItIsInterruptedTwice)
 {
     Player player(Numbered(20'000, 1000));
-    Listener listener(kPort);
+    Listener listener(kPort, 4096);  // it takes less than is under way
     player.Start("--database feed.mdb --unpaced");
     Connection receiver = listener.Accept();
     EXPECT_GE(receiver.Read(1000).size(), 1000U);

@@ -3,7 +3,6 @@
 
 #include <cerrno>
 
-#include "platform/sockets/lingering_connections.h"
 #include "platform/sockets/multicast.h"
 #include "sockets/failing_calls.h"
 #include "sockets/winsock_fixture.h"
@@ -11,8 +10,6 @@
 /// What becomes of a control when the system refuses its calls.
 namespace platform::sockets {
 namespace {
-
-using namespace std::chrono_literals;
 
 class FaultsTest : public WinsockTest {
 protected:
@@ -67,6 +64,23 @@ TEST_F(FaultsTest, AnyOtherFailureOfASendIsALostConnection)
         socket.Close();
     }
     EXPECT_EQ(lastError, "The connection is lost: the peer has closed the connection");
+}
+
+TEST_F(FaultsTest, AMessageNamesTheCauseAndNoNumberThatNobodyChose)
+{
+    WithFailingCall({.number = SYS_bind, .error = EACCES}, [&] {
+        socket.SetProtocol(WinsockControl::Protocol::kUdp);
+        EXPECT_EQ(ThrownBy([&] { socket.Connect("127.0.0.1", "5015"); }).Description(),
+                  "Cannot open a local port: permission denied");
+        EXPECT_EQ(ThrownBy([&] { socket.Bind("5015"); }).Description(),
+                  "Cannot open local port 5015: permission denied");
+    });
+    socket.SetProtocol(WinsockControl::Protocol::kTcp);
+    Peer peer = ConnectedPeer();
+    WithFailingCall({.number = SYS_sendto, .error = EIO}, [&] {
+        EXPECT_EQ(ThrownBy([&] { socket.SendData("record"); }).Description(),
+                  "Cannot send the record: Input/output error");
+    });
 }
 
 TEST_F(FaultsTest, ACallThatIsInterruptedForEverKeepsNoCoreBusy)

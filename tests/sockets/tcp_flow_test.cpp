@@ -20,8 +20,11 @@ protected:
         std::string accepted;
         for (int record = 0; record < kMostRecords; ++record) {
             const std::string text = std::to_string(record) + filling;
-            if (const int refusal = FailureOf([&] { socket.SendData(text); })) {
-                EXPECT_EQ(failure::kSocketWouldBlock, refusal);
+            const Failure refusal = ThrownBy([&] { socket.SendData(text); });
+            if (refusal.Number() != 0) {
+                EXPECT_EQ(failure::kSocketWouldBlock, refusal.Number());
+                EXPECT_EQ("Cannot send the record: the receiver takes no more at the moment",
+                          refusal.Description());
                 return accepted;
             }
             accepted += text;

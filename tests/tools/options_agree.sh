@@ -23,9 +23,9 @@ of_man_page() {
 
 # What is offered behind "COMMAND --".
 of_completion() {
-    local specification
-    specification=$(complete -p "$(basename "$1")")
-    [[ $specification =~ ' -F '([a-z_]+) ]]
+    local registered
+    registered=$(complete -p "$(basename "$1")")
+    [[ $registered =~ ' -F '([a-z_]+) ]]
     COMP_WORDS=("$1" --) COMP_CWORD=1 COMP_LINE="$1 --" COMP_POINT=${#COMP_LINE}
     set +eu
     "${BASH_REMATCH[1]}" "$1" -- "$1"

@@ -19,6 +19,8 @@ template <class... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;
 };
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 SocketState StateOf(const UdpSocket& socket)
 {
@@ -44,7 +46,7 @@ Failure CannotConnect(const std::error_code& error, const SocketAddress& address
 
 Failure ConnectionLost(const std::error_code& error, std::uint64_t unsent)
 {
-    const Failure lost = SocketFailure(error, "The connection is lost");
+    Failure lost = SocketFailure(error, "The connection is lost");
     if (unsent == 0)
         return lost;
     return {lost.Number(), lost.Description() + ", " + std::to_string(unsent) +

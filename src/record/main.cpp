@@ -1,0 +1,100 @@
+#include <QLocale>
+#include <chrono>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/event_gate.h"
+#include "platform/posix/clock.h"
+#include "platform/posix/epoll_loop.h"
+#include "platform/regional/regional_formats.h"
+#include "record/command_line.h"
+#include "record/console.h"
+#include "record/signals.h"
+#include "record/source.h"
+
+namespace {
+
+using namespace record;
+
+QLocale LocaleNamed(const std::string& name)
+{
+    const QLocale locale(QString::fromStdString(name));
+    if (locale.language() == QLocale::C && name != "C" && name != "POSIX")
+        throw WrongUsage("--locale: \"" + name + "\" is no locale known here");
+    return locale;
+}
+
+std::unique_ptr<platform::Alarm> EndAfter(std::optional<std::chrono::milliseconds> duration,
+                                          platform::EventLoop& loop, Recorder& recorder)
+{
+    auto alarm = loop.NewAlarm([&] { recorder.End(); });
+    if (duration)
+        alarm->Set(std::chrono::steady_clock::now() + *duration);
+    return alarm;
+}
+
+std::unique_ptr<Source> OpenSourceFor(RecordingFile& file, const Surroundings& surroundings)
+{
+    try {
+        return OpenSource(surroundings);
+    } catch (...) {
+        file.RemoveIfNew();
+        throw;
+    }
+}
+
+void SayWhatWasFound(const RecordingFile& file, Console& console)
+{
+    if (file.TornBytes() > 0)
+        console.Say("the last record in " + file.Path() + " was cut off; its " +
+                    std::to_string(file.TornBytes()) + " bytes are taken away");
+    if (file.NextRef() > 1)
+        console.Say(file.Path() + " goes on with ref " + std::to_string(file.NextRef()));
+}
+
+/// Records until the end is asked for or comes.
+void Record(const Options& options, RecordingFile& file, platform::EventLoop& loop, Recorder& recorder,
+            Console& console, const bool& isInterrupted)
+{
+    platform::EventGate gate;
+    const platform::posix::Clock clock;
+    const auto end = EndAfter(options.duration, loop, recorder);
+    const auto source = OpenSourceFor(file, {loop, gate, clock, recorder, console, options});
+    while (!recorder.HasEnded() && !isInterrupted)
+        loop.RunPass(platform::Waiting::kYes);
+    source->Finish();
+    recorder.Finish();
+}
+
+int Run(const Options& options)
+{
+    const platform::regional::RegionalFormats formats(options.locale.empty() ? QLocale::system()
+                                                                             : LocaleNamed(options.locale));
+    Console console(options.quiet ? Console::Loudness::kQuiet : Console::Loudness::kUsual);
+    platform::posix::EpollLoop loop;
+    bool isInterrupted = false;
+    const EndSignals endSignals(loop, [&] { isInterrupted = true; });
+    RecordingFile file(options.file, options.onExisting);
+    SayWhatWasFound(file, console);
+    Recorder recorder(loop, file, formats, console, {options.rule.transferTime, options.records});
+    try {
+        Record(options, file, loop, recorder, console, isInterrupted);
+    } catch (const std::exception&) {
+        if (file.Rows() > 0)
+            console.Say("the " + std::to_string(file.Rows()) + " records before are whole in " + file.Path());
+        throw;
+    }
+    for (const std::string& line : SummaryLines(recorder.Counts(), file.Path()))
+        console.Say(line);
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** words)
+{
+    record::OpenStandardDescriptors();
+    return RunCommandLine(count, words, Run);
+}

@@ -1,0 +1,76 @@
+#include "record/standard_input.h"
+
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+#include <system_error>
+
+#include "platform/failure.h"
+
+namespace record {
+namespace {
+
+constexpr std::size_t kMostARead = std::size_t{128} << 10;
+
+/// The descriptor may be shared with other programs, so it is not made non-blocking: it is asked first.
+bool CanBeRead()
+{
+    pollfd asked{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+    return ::poll(&asked, 1, 0) == 1;
+}
+
+/// Files and /dev/null are always ready, and the event loop cannot watch them.
+bool CanBeWatched()
+{
+    struct stat status {};
+    ::fstat(STDIN_FILENO, &status);
+    const bool isTerminalOrLine = S_ISCHR(status.st_mode) && ::isatty(STDIN_FILENO) == 1;
+    return isTerminalOrLine || S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode);
+}
+
+}  // namespace
+
+StandardInput::StandardInput(const Surroundings& surroundings)
+    : around_(surroundings), buffer_(kMostARead), intake_(surroundings, [this] { return Read(); })
+{
+    around_.recorder.SetSender("standard input");
+    if (CanBeWatched())
+        readable_ = around_.loop.Observe(STDIN_FILENO, platform::Readiness::kReadable,
+                                         [this] { static_cast<void>(Read()); });
+    else
+        around_.loop.Post([this] { ReadFileOn(); });
+}
+
+/// Always true: this object stays when its stream has ended.
+bool StandardInput::Read()
+{
+    if (around_.recorder.HasEnded() || !CanBeRead())
+        return true;
+    const ssize_t count = ::read(STDIN_FILENO, buffer_.data(), buffer_.size());
+    if (count > 0) {
+        intake_.Add(std::string_view(buffer_.data(), static_cast<std::size_t>(count)));
+        intake_.Flush();
+        return true;
+    }
+    if (count < 0 && (errno == EINTR || errno == EAGAIN))
+        return true;
+    // A terminal that was hung up, or a pseudo-terminal without its other end.
+    if (count < 0 && errno != EIO)
+        throw platform::Failure(platform::failure::kPathFileAccess,
+                                "Standard input cannot be read: " + std::generic_category().message(errno));
+    intake_.Finish();
+    around_.recorder.End();
+    return true;
+}
+
+void StandardInput::ReadFileOn()
+{
+    static_cast<void>(Read());
+    if (!around_.recorder.HasEnded())
+        around_.loop.Post([this] { ReadFileOn(); });
+}
+
+}  // namespace record
