@@ -5,18 +5,21 @@
 #include <optional>
 
 #include "machine.h"
+#include "platform/posix/signals.h"
+#include "platform/posix/standard_error.h"
 #include "play/exit_status.h"
 #include "play/progress.h"
 #include "play/report.h"
 #include "play/report_file.h"
 #include "play/roster.h"
 #include "play/shop.h"
-#include "play/signals.h"
-#include "play/standard_error.h"
 #include "play/usage_error.h"
 
 namespace player {
 namespace {
+
+using platform::posix::Signals;
+using platform::posix::StandardError;
 
 // Complaints and the summary wait so long for a slow reader.
 constexpr std::chrono::milliseconds kPatience{1000};
@@ -46,7 +49,7 @@ public:
           spans_(options.range, machine_.formats),
           shop_({machine_, engine_, machine_.formats, options_, spans_, Printer(), {}},
                 [this](const std::string& line) { Complain(line); }),
-          signals_(machine_.loop, [this](int signal) { shop_.Interrupt(signal); }),
+          signals_(machine_.loop, {SIGINT, SIGTERM}, [this](int signal) { shop_.Interrupt(signal); }),
           progress_(output, machine_.loop, [this] { return shop_.Now(); })
     {}
 
@@ -104,6 +107,7 @@ private:
 
 int PlayFeed(int argumentCount, const char* const* arguments)
 {
+    platform::posix::OpenStandardDescriptors();
     StandardError output;
     try {
         const auto command = ParseOptions(argumentCount, arguments);

@@ -50,7 +50,8 @@ std::string ProgressText(const Progress& now, double lately, std::chrono::second
            Left(now, elapsed) + ", " + Counted(now.reconnections, "reconnection");
 }
 
-ProgressLine::ProgressLine(StandardError& terminal, platform::EventLoop& loop, std::function<Progress()> now)
+ProgressLine::ProgressLine(platform::posix::StandardError& terminal, platform::EventLoop& loop,
+                           std::function<Progress()> now)
     : terminal_(terminal), now_(std::move(now)), next_(loop.NewAlarm([this] { Show(); }))
 {}
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/event_loop.h"
-#include "play/standard_error.h"
+#include "platform/posix/standard_error.h"
 
 namespace player {
 
@@ -29,7 +29,8 @@ struct Progress {
 class ProgressLine {
 public:
     /// All that is given outlives the line.
-    ProgressLine(StandardError& terminal, platform::EventLoop& loop, std::function<Progress()> now);
+    ProgressLine(platform::posix::StandardError& terminal, platform::EventLoop& loop,
+                 std::function<Progress()> now);
 
     void Start();
 
@@ -41,7 +42,7 @@ private:
 
     void Show();
 
-    StandardError& terminal_;
+    platform::posix::StandardError& terminal_;
     std::function<Progress()> now_;
     std::unique_ptr<platform::Alarm> next_;
     Clock::time_point started_;

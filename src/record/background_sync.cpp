@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "platform/failure.h"
+#include "platform/posix/system_calls.h"
 
 namespace record {
 namespace {
@@ -49,7 +50,8 @@ void BackgroundSync::Run(const std::stop_token& stop)
     while (wanted_.wait(lock, stop, [this] { return isWanted_; })) {
         isWanted_ = false;
         lock.unlock();
-        const int error = ::fdatasync(descriptor_) == 0 ? 0 : errno;
+        const int error =
+            platform::Uninterrupted([this] { return ::fdatasync(descriptor_); }) == 0 ? 0 : errno;
         lock.lock();
         if (error_ == 0)
             error_ = error;

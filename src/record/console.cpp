@@ -1,23 +1,14 @@
 #include "record/console.h"
 
-#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <string>
+#include <utility>
 
 namespace record {
 namespace {
 
 constexpr std::string_view kBeginAgain = "\r\x1B[K";  // back to the line's begin, and erase it
-
-/// Writes what standard error takes now.
-void Write(std::string_view text)
-{
-    pollfd ready{.fd = STDERR_FILENO, .events = POLLOUT, .revents = 0};
-    if (::poll(&ready, 1, 0) == 1 && (ready.revents & POLLOUT) != 0)
-        static_cast<void>(::write(STDERR_FILENO, text.data(), text.size()));
-}
 
 std::size_t Columns()
 {
@@ -30,27 +21,32 @@ std::size_t Columns()
 }  // namespace
 
 Console::Console(Loudness loudness)
-    : isQuiet_(loudness == Loudness::kQuiet), showsProgress_(!isQuiet_ && ::isatty(STDERR_FILENO) == 1)
+    : isQuiet_(loudness == Loudness::kQuiet), showsProgress_(!isQuiet_ && output_.IsTerminal())
 {}
 
-void Console::Say(std::string_view message)
+Console::~Console()
 {
-    if (!isQuiet_)
-        SayInAnyCase(message);
+    output_.Write(ErasedProgress());
 }
 
-void Console::SayInAnyCase(std::string_view message)
+void Console::Say(std::string_view message, std::chrono::milliseconds patience)
 {
-    Write((progressIsThere_ ? std::string(kBeginAgain) : "") + "record_feed: " + std::string(message) + "\n");
-    progressIsThere_ = false;
+    if (!isQuiet_)
+        output_.WriteWithin(ErasedProgress() + "record_feed: " + std::string(message) + "\n", patience);
 }
 
 void Console::ShowProgress(std::string_view text)
 {
     if (!showsProgress_)
         return;
-    Write(std::string(kBeginAgain) + std::string(text.substr(0, Columns() - 1)));
+    output_.Write(std::string(kBeginAgain) + std::string(text.substr(0, Columns() - 1)));
     progressIsThere_ = true;
+}
+
+/// What takes the progress away.
+std::string Console::ErasedProgress()
+{
+    return std::exchange(progressIsThere_, false) ? std::string(kBeginAgain) : "";
 }
 
 }  // namespace record

@@ -57,7 +57,7 @@ DatagramSource::DatagramSource(const Surroundings& surroundings)
     Open();
     SetOption(socket_, SOL_SOCKET, SO_RCVBUF, kBytesThatWait);
     SetOption(socket_, SOL_SOCKET, SO_RXQ_OVFL, 1);
-    readable_ = around_.loop.Observe(socket_.Number(), platform::Readiness::kReadable, [this] { Read(); });
+    readable_.emplace(around_.loop, socket_, platform::Readiness::kReadable, [this] { Read(); });
     if (around_.options.origin == Origin::kUdpConnect)
         SecondHasPassed();
 }
@@ -96,6 +96,8 @@ void DatagramSource::Read()
             SplitTransferTime(record);
         around_.recorder.Keep(record);
     }
+    if (count <= 0)
+        readable_->Rest();
     hasCome_ = hasCome_ || count > 0;
     around_.recorder.Flush();
 }

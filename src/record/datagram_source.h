@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -37,7 +38,7 @@ private:
     Surroundings around_;
     platform::FileDescriptor socket_;
     std::vector<char> buffer_;
-    std::unique_ptr<platform::Watch> readable_;
+    std::optional<platform::sockets::RestingWatch> readable_;
     sockaddr_in6 lastSender_{};
     std::uint32_t lostBefore_ = 0;  // as the system counts them
 

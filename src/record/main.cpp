@@ -8,15 +8,18 @@
 #include "platform/event_gate.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/epoll_loop.h"
+#include "platform/posix/signals.h"
+#include "platform/posix/standard_error.h"
 #include "platform/regional/regional_formats.h"
 #include "record/command_line.h"
 #include "record/console.h"
-#include "record/signals.h"
 #include "record/source.h"
 
 namespace {
 
 using namespace record;
+
+constexpr std::chrono::milliseconds kPatience{1000};  // with who reads the summary
 
 QLocale LocaleNamed(const std::string& name)
 {
@@ -75,7 +78,10 @@ int Run(const Options& options)
     Console console(options.quiet ? Console::Loudness::kQuiet : Console::Loudness::kUsual);
     platform::posix::EpollLoop loop;
     bool isInterrupted = false;
-    const EndSignals endSignals(loop, [&] { isInterrupted = true; });
+    // Whoever started it with nohup wants it to outlive the terminal.
+    const int hangUp = platform::posix::WasIgnored(SIGHUP) ? SIGTERM : SIGHUP;
+    const platform::posix::Signals endSignals(loop, {SIGINT, SIGTERM, hangUp},
+                                              [&](int) { isInterrupted = true; });
     RecordingFile file(options.file, options.onExisting);
     SayWhatWasFound(file, console);
     Recorder recorder(loop, file, formats, console, {options.rule.transferTime, options.records});
@@ -87,7 +93,7 @@ int Run(const Options& options)
         throw;
     }
     for (const std::string& line : SummaryLines(recorder.Counts(), file.Path()))
-        console.Say(line);
+        console.Say(line, kPatience);
     return 0;
 }
 
@@ -95,6 +101,6 @@ int Run(const Options& options)
 
 int main(int count, char** words)
 {
-    record::OpenStandardDescriptors();
+    platform::posix::OpenStandardDescriptors();
     return RunCommandLine(count, words, Run);
 }

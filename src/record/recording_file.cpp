@@ -15,6 +15,7 @@
 
 #include "make_database/receipt_reader.h"
 #include "platform/failure.h"
+#include "platform/posix/system_calls.h"
 
 namespace record {
 namespace {
@@ -82,8 +83,7 @@ void RecordingFile::GoOn()
     }
     // Nothing but a piece of the first line, where even that was cut off.
     tornBytes_ = std::exchange(size_, 0);
-    if (::ftruncate(file_.Number(), 0) != 0)
-        Fail(errno, "cannot be written");
+    CutTo(0);
     WriteColumns();
 }
 
@@ -105,9 +105,9 @@ try {
         last = std::max<std::int64_t>(last, receipt.ref.value_or(0));
     nextRef_ = last + 1;
     tornBytes_ = reader.Tail() == tools::CsvTail::kTorn ? size_ - reader.WholeBytes() : 0;
-    if (tornBytes_ > 0 && ::ftruncate(file_.Number(), static_cast<off_t>(reader.WholeBytes())) != 0)
-        Fail(errno, "cannot be written");
     size_ -= tornBytes_;
+    if (tornBytes_ > 0)
+        CutTo(size_);
     if (reader.Tail() == tools::CsvTail::kNoLineEnd)
         AppendBytes("\n");
 } catch (const platform::Failure& failure) {
@@ -147,7 +147,7 @@ void RecordingFile::Write()
 
 void RecordingFile::Sync()
 {
-    if (::fdatasync(file_.Number()) != 0)
+    if (platform::Uninterrupted([this] { return ::fdatasync(file_.Number()); }) != 0)
         Fail(errno, "cannot be brought to the disk");
 }
 
@@ -161,9 +161,8 @@ void RecordingFile::AppendBytes(const std::string& bytes)
 {
     std::size_t written = 0;
     while (written < bytes.size()) {
-        const ssize_t count = ::write(file_.Number(), bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count = platform::Uninterrupted(
+            [&] { return ::write(file_.Number(), bytes.data() + written, bytes.size() - written); });
         if (count <= 0) {
             const int error = count < 0 ? errno : ENOSPC;
             KeepWholeRows(written);
@@ -184,6 +183,12 @@ void RecordingFile::KeepWholeRows(std::size_t writtenBytes)
     addedEnds_.clear();
     // Where even this fails the torn row stays. Who reads the file leaves it out.
     static_cast<void>(::ftruncate(file_.Number(), static_cast<off_t>(size_)));
+}
+
+void RecordingFile::CutTo(std::uint64_t size)
+{
+    if (platform::Uninterrupted([&] { return ::ftruncate(file_.Number(), static_cast<off_t>(size)); }) != 0)
+        Fail(errno, "cannot be written");
 }
 
 void RecordingFile::Fail(int error, const char* what) const

@@ -66,6 +66,7 @@ private:
     void WriteColumns();
     void AppendBytes(const std::string& bytes);
     void KeepWholeRows(std::size_t writtenBytes);
+    void CutTo(std::uint64_t size);
     [[noreturn]] void Fail(int error, const char* what) const;
 
     std::string path_;

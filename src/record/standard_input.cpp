@@ -6,9 +6,9 @@
 
 #include <cerrno>
 #include <string_view>
-#include <system_error>
 
 #include "platform/failure.h"
+#include "platform/posix/system_calls.h"
 
 namespace record {
 namespace {
@@ -19,7 +19,7 @@ constexpr std::size_t kMostARead = std::size_t{128} << 10;
 bool CanBeRead()
 {
     pollfd asked{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
-    return ::poll(&asked, 1, 0) == 1;
+    return platform::Uninterrupted([&] { return ::poll(&asked, 1, 0); }) != 0;
 }
 
 /// Files and /dev/null are always ready, and the event loop cannot watch them.
@@ -38,37 +38,36 @@ StandardInput::StandardInput(const Surroundings& surroundings)
 {
     around_.recorder.SetSender("standard input");
     if (CanBeWatched())
-        readable_ = around_.loop.Observe(STDIN_FILENO, platform::Readiness::kReadable,
-                                         [this] { static_cast<void>(Read()); });
+        readable_ = around_.loop.Observe(STDIN_FILENO, platform::Readiness::kReadable, [this] { Read(); });
     else
         around_.loop.Post([this] { ReadFileOn(); });
 }
 
-/// Always true: this object stays when its stream has ended.
-bool StandardInput::Read()
+StreamIntake::Outcome StandardInput::Read()
 {
     if (around_.recorder.HasEnded() || !CanBeRead())
-        return true;
-    const ssize_t count = ::read(STDIN_FILENO, buffer_.data(), buffer_.size());
+        return StreamIntake::Outcome::kNothing;
+    const ssize_t count =
+        platform::Uninterrupted([this] { return ::read(STDIN_FILENO, buffer_.data(), buffer_.size()); });
     if (count > 0) {
         intake_.Add(std::string_view(buffer_.data(), static_cast<std::size_t>(count)));
         intake_.Flush();
-        return true;
+        return StreamIntake::Outcome::kRead;
     }
-    if (count < 0 && (errno == EINTR || errno == EAGAIN))
-        return true;
+    if (count < 0 && errno == EAGAIN)
+        return StreamIntake::Outcome::kNothing;
     // A terminal that was hung up, or a pseudo-terminal without its other end.
     if (count < 0 && errno != EIO)
         throw platform::Failure(platform::failure::kPathFileAccess,
-                                "Standard input cannot be read: " + std::generic_category().message(errno));
+                                "Standard input cannot be read: " + platform::LastError().message());
     intake_.Finish();
     around_.recorder.End();
-    return true;
+    return StreamIntake::Outcome::kEnded;
 }
 
 void StandardInput::ReadFileOn()
 {
-    static_cast<void>(Read());
+    Read();
     if (!around_.recorder.HasEnded())
         around_.loop.Post([this] { ReadFileOn(); });
 }

@@ -16,7 +16,7 @@ public:
     void Finish() override { intake_.Finish(); }
 
 private:
-    [[nodiscard]] bool Read();
+    StreamIntake::Outcome Read();
     void ReadFileOn();
 
     Surroundings around_;

@@ -37,7 +37,7 @@ void StreamIntake::Finish()
 void StreamIntake::PauseIsLongEnough()
 {
     cameBefore_ = cutter_.Deadline().value_or(steady_clock::now()) - steady_clock::duration(1);
-    if (!readOn_())
+    if (readOn_() == Outcome::kEnded)
         return;
     cameBefore_.reset();
     cutter_.EndIfDue(steady_clock::now());

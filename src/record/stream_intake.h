@@ -12,8 +12,14 @@ namespace record {
 /// One sender's stream on its way into the recording: cuts it, and sees to the pauses that end a record.
 class StreamIntake {
 public:
-    /// Reads what has come and adds it. False when the stream has ended and with it this object.
-    using ReadOn = std::function<bool()>;
+    enum class Outcome {
+        kRead,     ///< bytes were added
+        kNothing,  ///< none are there now
+        kEnded,    ///< the stream has ended, and with it perhaps this object
+    };
+
+    /// Reads what has come and adds it.
+    using ReadOn = std::function<Outcome()>;
 
     StreamIntake(const Surroundings& surroundings, ReadOn readOn);
 

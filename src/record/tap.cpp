@@ -105,8 +105,8 @@ void Tap::Connected(platform::FileDescriptor socket)
     receiver_->onBroken = [this] { broken_->Set(std::chrono::steady_clock::now()); };
     isTooSlow_ = false;
     saidTooSlow_ = false;
-    readable_ = around_.loop.Observe(receiver_->Descriptor().Number(), platform::Readiness::kReadable,
-                                     [this] { ReadAnswers(); });
+    readable_.emplace(around_.loop, receiver_->Descriptor(), platform::Readiness::kReadable,
+                      [this] { ReadAnswers(); });
     readable_->SetEnabled(answersWanted_);
     if (const auto early = std::exchange(early_, std::nullopt))
         Send(*early);
@@ -133,7 +133,9 @@ void Tap::ReadAnswers()
         ConnectionIsLost(receiver_->Error());
     else if (received.ended)
         ReceiverIsGone("it has ended the connection");
-    else if (received.error && !platform::sockets::IsPassing(received.error))
+    else if (platform::sockets::IsPassing(received.error))
+        readable_->Rest();
+    else
         ConnectionIsLost(received.error);
 }
 
@@ -145,7 +147,7 @@ void Tap::ConnectionIsLost(const std::error_code& error)
 void Tap::ReceiverIsGone(const std::string& reason)
 {
     readable_.reset();
-    const std::size_t unsent = waiting_;
+    const std::size_t unsent = receiver_->Progress().unacknowledged;
     receiver_.reset();
     isInRecord_ = false;
     LeaveOut(unsent);

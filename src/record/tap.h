@@ -63,7 +63,7 @@ private:
     std::size_t waiting_ = 0;  // bytes that the receiver's stream has not yet handed to the system
     std::optional<std::string> early_ = std::string();  // until the first attempt has ended
     std::unique_ptr<platform::sockets::TcpStream> receiver_;
-    std::unique_ptr<platform::Watch> readable_;
+    std::optional<platform::sockets::RestingWatch> readable_;
     bool answersWanted_ = true;
     bool isInRecord_ = false;  // the receiver has got the begin of the record under way
     bool isTooSlow_ = false;

@@ -51,22 +51,24 @@ TcpSender::TcpSender(const Surroundings& surroundings, platform::FileDescriptor 
                         .finished = [this] { gone_(); }});
         stream_.onIdle = [this] { tap_->SetAnswersWanted(true); };
     }
-    readable_ = around_.loop.Observe(stream_.Descriptor().Number(), platform::Readiness::kReadable,
-                                     [this] { static_cast<void>(Read()); });
+    readable_.emplace(around_.loop, stream_.Descriptor(), platform::Readiness::kReadable, [this] {
+        if (Read() == Outcome::kNothing)
+            readable_->Rest();
+    });
 }
 
-bool TcpSender::Read()
+TcpSender::Outcome TcpSender::Read()
 {
     const auto received = stream_.Receive(buffer_);
-    if (received.bytes > 0)
+    if (received.bytes > 0) {
         TakeBytes({buffer_.data(), received.bytes});
-    else if (received.ended)
-        HasEnded("has ended");
-    else if (received.error && !platform::sockets::IsPassing(received.error))
-        HasEnded(platform::sockets::SocketFailure(received.error, "is gone").Description());
-    else
-        return true;
-    return received.bytes > 0;
+        return Outcome::kRead;
+    }
+    if (received.error && platform::sockets::IsPassing(received.error))
+        return Outcome::kNothing;
+    HasEnded(received.ended ? "has ended"
+                            : platform::sockets::SocketFailure(received.error, "is gone").Description());
+    return Outcome::kEnded;
 }
 
 /// The receiver of a tap comes first: it is the one that must not notice.

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,9 @@ public:
     void Finish() { intake_.Finish(); }
 
 private:
-    [[nodiscard]] bool Read();
+    using Outcome = StreamIntake::Outcome;
+
+    [[nodiscard]] Outcome Read();
     void TakeBytes(std::string_view bytes);
     void SendAnswer(std::string_view bytes);
     void HasEnded(const std::string& how);
@@ -34,7 +37,7 @@ private:
     std::vector<char> buffer_;
     StreamIntake intake_;
     std::unique_ptr<Tap> tap_;
-    std::unique_ptr<platform::Watch> readable_;
+    std::optional<platform::sockets::RestingWatch> readable_;
 };
 
 }  // namespace record

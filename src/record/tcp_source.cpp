@@ -12,14 +12,14 @@
 namespace record {
 
 TcpListenSource::TcpListenSource(const Surroundings& surroundings)
-    : around_(surroundings), socket_(OpenLocalPort(surroundings.options.at, SOCK_STREAM))
+    : around_(surroundings),
+      socket_(OpenLocalPort(surroundings.options.at, SOCK_STREAM)),
+      readable_(around_.loop, socket_, platform::Readiness::kReadable, [this] { AcceptOne(); })
 {
     const auto address = platform::sockets::SocketAddress::OfSocket(socket_.Number());
     if (::listen(socket_.Number(), SOMAXCONN) != 0)
         throw platform::sockets::SocketFailure(platform::sockets::LastError(),
                                                "Cannot listen on " + address.Text());
-    readable_ =
-        around_.loop.Observe(socket_.Number(), platform::Readiness::kReadable, [this] { AcceptOne(); });
     around_.console.Say("waiting for a till on port " + std::to_string(address.Port()));
 }
 
@@ -33,16 +33,23 @@ void TcpListenSource::AcceptOne()
 {
     platform::FileDescriptor socket(
         ::accept4(socket_.Number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (!socket.IsOpen())
+    if (!socket.IsOpen()) {
+        const auto reason = platform::sockets::LastError();
+        if (!platform::sockets::IsPassing(reason) && !std::exchange(saidThatNobodyCanCome_, true))
+            around_.console.Say(
+                platform::sockets::SocketFailure(reason, "a till cannot be accepted").Description());
+        readable_.Rest();
         return;
-    readable_->SetEnabled(false);
+    }
+    saidThatNobodyCanCome_ = false;
+    readable_.SetEnabled(false);
     sender_ = std::make_unique<TcpSender>(around_, std::move(socket), [this] { SenderIsGone(); });
 }
 
 void TcpListenSource::SenderIsGone()
 {
     sender_.reset();
-    readable_->SetEnabled(true);
+    readable_.SetEnabled(true);
 }
 
 TcpConnectSource::TcpConnectSource(const Surroundings& surroundings)

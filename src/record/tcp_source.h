@@ -22,7 +22,8 @@ private:
 
     Surroundings around_;
     platform::FileDescriptor socket_;
-    std::unique_ptr<platform::Watch> readable_;
+    platform::sockets::RestingWatch readable_;
+    bool saidThatNobodyCanCome_ = false;
     std::unique_ptr<TcpSender> sender_;
 };
 

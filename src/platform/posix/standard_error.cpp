@@ -1,4 +1,4 @@
-#include "play/standard_error.h"
+#include "platform/posix/standard_error.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -8,15 +8,15 @@
 
 #include <cerrno>
 
-namespace player {
+namespace platform::posix {
 namespace {
 
-platform::FileDescriptor OpenedAnew()
+FileDescriptor OpenedAnew()
 {
     struct stat status {};
     if (::fstat(STDERR_FILENO, &status) != 0 || (!S_ISFIFO(status.st_mode) && !S_ISCHR(status.st_mode)))
         return {};
-    return platform::FileDescriptor(::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    return FileDescriptor(::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
 /// Bytes written; -1 with errno. A socket takes no bytes that it has no room for; a file always has room, or none ever.
@@ -58,4 +58,12 @@ void StandardError::WriteWithin(std::string_view text, std::chrono::milliseconds
     }
 }
 
-}  // namespace player
+void OpenStandardDescriptors()
+{
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) == -1)
+            static_cast<void>(::open("/dev/null", O_RDWR));
+    }
+}
+
+}  // namespace platform::posix

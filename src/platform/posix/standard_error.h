@@ -5,7 +5,7 @@
 
 #include "platform/posix/file_descriptor.h"
 
-namespace player {
+namespace platform::posix {
 
 /// Standard error, which may be closed, full or slow, or have a reader that goes away: nothing here waits for it but
 /// where that is asked for, and nothing fails. What it does not take is dropped.
@@ -23,8 +23,12 @@ public:
 
 private:
     /// A pipe or terminal opened anew, so that its other users go on blocking; closed where that is not needed.
-    platform::FileDescriptor own_;
+    FileDescriptor own_;
     int descriptor_;
 };
 
-}  // namespace player
+/// Opens /dev/null for each of the three standard descriptors that is closed. Otherwise the next file or socket would
+/// get the number of standard error, and with it every message. Call it before anything is opened.
+void OpenStandardDescriptors();
+
+}  // namespace platform::posix
