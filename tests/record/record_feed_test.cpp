@@ -222,14 +222,16 @@ TEST_F(RecordFeedTest, AKillCostsAtMostTheRecordUnderWay)
 
 TEST_F(RecordFeedTest, AFullDiskEndsTheRecordingAndLeavesItSound)
 {
+    const TemporaryFolder roomy;
     const CommandOutcome outcome =
         RunCommand("unshare -m sh -c 'mount -t tmpfs -o size=64k none " + folder.Path() +
                    " && yes 0123456789 | " RECORD_FEED " --stdin --ends-with \"\\n\" " + path +
-                   "; echo status $?; " MAKE_DATABASE " " + path + " /dev/null; tail -n 1 " + path + "'");
+                   "; echo status $?; " MAKE_DATABASE " " + path + " " + roomy.Path("day.mdb") +
+                   " && echo made; tail -n 1 " + path + "'");
     EXPECT_NE(outcome.output.find(path + " cannot be written: No space left on device\n"), std::string::npos)
         << outcome.output;
     EXPECT_NE(outcome.output.find("records before are whole in " + path + "\n"), std::string::npos);
-    EXPECT_NE(outcome.output.find("status 1\n"), std::string::npos);
+    EXPECT_NE(outcome.output.find("status 1\nmade\n"), std::string::npos);
     EXPECT_TRUE(outcome.output.ends_with("\"\n")) << outcome.output.substr(outcome.output.size() - 100);
 }
 

@@ -68,6 +68,16 @@ TEST_F(MakeDatabaseTest, SaysInOneLineWhatIsWrongAndLeavesNoFile)
     }
 }
 
+TEST_F(MakeDatabaseTest, ReplacesNoDevice)
+{
+    out = folder.Path("fifo");
+    ASSERT_EQ(RunCommand("mkfifo " + out).exitCode, 0);
+    const CommandOutcome outcome = Make("");
+    EXPECT_EQ(outcome.output, "make_database: " + out + ": is not a file that can be replaced\n");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(std::filesystem::is_fifo(out));
+}
+
 TEST_F(MakeDatabaseTest, LeavesOutWhatWasCutOffAtTheEndOfARecording)
 {
     const std::string rows = "ref,timestamp,datetimestamp,rawtransaction\n1,,2026-05-14T15:07:09.250,\"a\"\n";

@@ -11,6 +11,16 @@ namespace {
 
 constexpr std::size_t kWriteBufferSize = 1 << 20;
 
+/// Commit would replace a device, /dev/null say, by a file.
+void FailUnlessReplaceable(const std::string& path)
+{
+    std::error_code ignored;
+    const auto type = std::filesystem::status(path, ignored).type();
+    using std::filesystem::file_type;
+    if (type != file_type::regular && type != file_type::not_found && type != file_type::none)
+        throw platform::Failure(platform::failure::kPathFileAccess, path + ": is not a file that can be replaced");
+}
+
 }  // namespace
 
 void MemoryPages::Write(std::uint32_t number, const Bytes& page)
@@ -24,6 +34,7 @@ void MemoryPages::Write(std::uint32_t number, const Bytes& page)
 FilePages::FilePages(const std::string& path)
     : path_(path), partPath_(path + ".part"), buffer_(kWriteBufferSize)
 {
+    FailUnlessReplaceable(path);
     errno = 0;
     file_.rdbuf()->pubsetbuf(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
     file_.open(partPath_, std::ios::binary | std::ios::trunc);

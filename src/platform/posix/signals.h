@@ -12,8 +12,8 @@
 namespace platform::posix {
 
 /// Signals that would end the program, as events of the loop. Make it before any thread is started: those that come
-/// later must not be ended by the signals either. SIGPIPE and SIGXFSZ, which would end the program for a reader that went away or a disk
-/// that is full, are ignored.
+/// later must not be ended by the signals either. SIGPIPE and SIGXFSZ, which would end the program for a reader that
+/// went away or a disk that is full, are ignored.
 class Signals {
 public:
     /// The loop outlives this object. Failure: as EventLoop::Observe.
