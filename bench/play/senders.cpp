@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -115,6 +116,21 @@ void PlayBare(const Feed& feed, const FileDescriptor& result)
     static_cast<void>(::write(result.Number(), figures.data(), sizeof figures) > 0);
 }
 
+/// Those that play the first of the settings files.
+void AddTills(const nlohmann::json& figures, Run& run)
+{
+    std::vector<double> latenesses;
+    for (const auto& till : figures.value("tills", nlohmann::json::array())) {
+        if (till["name"].get<std::string>().starts_with("first"))
+            latenesses.push_back(till["lateness_ms"]["p99"]);
+    }
+    if (latenesses.empty())
+        return;
+    std::ranges::sort(latenesses);
+    run.middleTill = latenesses[latenesses.size() / 2];
+    run.worstTill = latenesses.back();
+}
+
 }  // namespace
 
 Run RunPlayer(const std::string& folder, const std::string& arguments)
@@ -132,6 +148,7 @@ Run RunPlayer(const std::string& folder, const std::string& arguments)
     run.p50 = figures["lateness_ms"]["p50"];
     run.p99 = figures["lateness_ms"]["p99"];
     run.greatest = figures["lateness_ms"]["max"];
+    AddTills(figures, run);
     return run;
 }
 

@@ -22,6 +22,10 @@ struct Run {
     double greatest = 0;
     long kilobytes = 0;  ///< greatest resident size
     int status = 0;      ///< exit status
+
+    double middleTill =
+        0;  ///< p99 of the tills whose settings file is named "first...": the middle one of them
+    double worstTill = 0;  ///< and the greatest
 };
 
 /// How a shop is played: so many tills, each one record an interval.

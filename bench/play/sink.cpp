@@ -80,11 +80,13 @@ FileDescriptor Connected(std::uint16_t port)
     return socket;
 }
 
-std::chrono::steady_clock::time_point FirstByte(const FileDescriptor& listening)
+std::chrono::steady_clock::time_point FirstByte(const FileDescriptor& listening, int connections)
 {
-    const FileDescriptor peer(::accept(listening.Number(), nullptr, nullptr));
+    std::vector<FileDescriptor> peers;
+    for (int i = 0; i < connections; ++i)
+        peers.emplace_back(::accept(listening.Number(), nullptr, nullptr));
     char first = 0;
-    Require(::recv(peer.Number(), &first, 1, 0) == 1, "recv");
+    Require(::recv(peers.back().Number(), &first, 1, 0) == 1, "recv");
     return std::chrono::steady_clock::now();
 }
 

@@ -22,8 +22,9 @@ private:
     pid_t process_;
 };
 
-/// Waits for a connection on a port that listens, and for its first byte. When that came.
-[[nodiscard]] std::chrono::steady_clock::time_point FirstByte(const platform::FileDescriptor& listening);
+/// Waits for so many connections on a port that listens, and for the first byte of the last one. When that came.
+[[nodiscard]] std::chrono::steady_clock::time_point FirstByte(const platform::FileDescriptor& listening,
+                                                              int connections);
 
 /// A socket that listens on a port of this machine.
 [[nodiscard]] platform::FileDescriptor Listening(std::uint16_t port);

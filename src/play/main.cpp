@@ -9,6 +9,7 @@
 #include "platform/posix/standard_error.h"
 #include "play/exit_status.h"
 #include "play/progress.h"
+#include "play/remembered_formats.h"
 #include "play/report.h"
 #include "play/report_file.h"
 #include "play/roster.h"
@@ -46,8 +47,9 @@ public:
         : options_(options),
           output_(output),
           machine_(LocaleNamed(options.locale)),
-          spans_(options.range, machine_.formats),
-          shop_({machine_, engine_, machine_.formats, options_, spans_, Printer(), {}},
+          formats_(machine_.formats),
+          spans_(options.range, formats_),
+          shop_({machine_, engine_, formats_, options_, spans_, Printer(), {}},
                 [this](const std::string& line) { Complain(line); }),
           signals_(machine_.loop, {SIGINT, SIGTERM}, [this](int signal) { shop_.Interrupt(signal); }),
           progress_(output, machine_.loop, [this] { return shop_.Now(); })
@@ -57,7 +59,7 @@ public:
     {
         if (options_.report)
             reportFile_.emplace(*options_.report);
-        shop_.Open(PlansOf(options_, {machine_.files, machine_.profile, machine_.formats, ProgramFolder()},
+        shop_.Open(PlansOf(options_, {machine_.files, machine_.profile, formats_, ProgramFolder()},
                            std::chrono::steady_clock::now()));
         showsProgress_ = output_.IsTerminal() && !options_.quiet;
         if (showsProgress_)
@@ -96,6 +98,7 @@ private:
     const Options& options_;
     StandardError& output_;
     Machine machine_;
+    RememberedFormats formats_;
     platform::jet::SharedEngine engine_;
     Spans spans_;
     Shop shop_;

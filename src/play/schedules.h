@@ -11,7 +11,8 @@ namespace player {
 using Time = platform::Schedule::Time;
 
 /// Where a till's ticks lie among those of the other tills: on a raster of its interval through one moment for all, a
-/// share of the interval behind it. Without that moment the ticks begin when they begin.
+/// share of the interval behind it, in whole quarters of a millisecond. Waking up costs more than a record does, and so
+/// the tills of a quarter share it. Without that moment the ticks begin when they begin.
 struct Phase {
     std::optional<Time> origin;
     double share = 0;  // of an interval, from 0 to 1

@@ -115,9 +115,14 @@ void Shop::Play()
 {
     unended_ = static_cast<std::size_t>(
         std::ranges::count_if(places_, [](const Place& place) { return place.till != nullptr; }));
-    ForEachTill([](Till& till) { till.Play(); });
+    platform::EventLoop& loop = surroundings_.machine.loop;
+    ForEachTill([&loop](Till& till) {
+        till.Play();
+        // The tills before tick already.
+        loop.RunPass(platform::Waiting::kNo);
+    });
     while (unended_ > 0)
-        surroundings_.machine.loop.RunPass(platform::Waiting::kYes);
+        loop.RunPass(platform::Waiting::kYes);
 }
 
 void Shop::Interrupt(int signal)

@@ -42,6 +42,8 @@ Till::Till(const Surroundings& surroundings, TillPlan plan)
 
 void Till::Play()
 {
+    if (state_ == State::kEnded)
+        return;
     Wait();
     // What listens since the start must go on: a receiver may have called already, and Play would turn it away.
     const bool listens = station_.IsTcp() && station_.Socket().State() == WinsockControl::kListening;

@@ -23,6 +23,7 @@ public:
     /// Runs the start-up sequence. Failure: UsageError for a database that cannot be played.
     void Load() { station_.Load(); }
 
+    /// Does nothing where the till has ended before.
     void Play();
 
     /// Stops behind a whole record, lets the receiver take what is under way, and ends.

@@ -138,6 +138,9 @@ TEST(PacedSchedule, TicksLieOnTheRasterOfTheShopWheneverATillBegins)
         schedule.Start(kStart + begins, kInterval);
         EXPECT_EQ(schedule.NextDue(), kStart + first) << begins.count();
     }
+    player::PacedSchedule almost({.origin = kStart, .share = 0.499});
+    almost.Start(kStart, kInterval);
+    EXPECT_EQ(almost.NextDue(), kStart + 12250us);
     player::PacedSchedule alone({});
     alone.Start(kStart, kInterval);
     EXPECT_EQ(alone.NextDue(), kStart + kInterval);

@@ -33,6 +33,13 @@ QString WithoutGroupSeparators(QString text, const QLocale& locale)
     return integralPart.remove(QRegularExpression(one, unicode)) + rest;
 }
 
+std::optional<double> NumberIn(const QString& text, const QLocale& locale)
+{
+    bool isNumber = false;
+    const double number = locale.toDouble(text, &isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
 }  // namespace
 
 RegionalFormats::RegionalFormats(const QLocale& locale)
@@ -58,13 +65,13 @@ std::optional<double> RegionalFormats::Number(std::string_view text) const
 {
     // Some locales write the exponent with a capital and accept no other.
     const QString spelled = ToQt(text).replace(QLatin1Char('e'), QLatin1Char('E'));
+    if (spelled.isEmpty())
+        return std::nullopt;
     for (const QLocale& locale : {typed_, numbers_}) {
-        for (const QString& form : {spelled, WithoutGroupSeparators(spelled, locale)}) {
-            bool isNumber = false;
-            const double number = locale.toDouble(form, &isNumber);
-            if (isNumber && std::isfinite(number))
-                return number;
-        }
+        if (const auto number = NumberIn(spelled, locale))
+            return number;
+        if (const auto number = NumberIn(WithoutGroupSeparators(spelled, locale), locale))
+            return number;
     }
     return std::nullopt;
 }
