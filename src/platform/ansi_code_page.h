@@ -22,8 +22,8 @@ namespace platform {
 /// UTF-8 as bytes of code page 1252, "?" for each character that it lacks.
 [[nodiscard]] std::string ToAnsi(std::string_view utf8);
 
-/// The ASCII characters other than U+0000 that the bytes begin with: most of any text, and the same bytes in
-/// code page 1252 and in UTF-8.
+/// The longest beginning that is ASCII without U+0000: the same bytes in code page 1252 and in UTF-8, which can
+/// be copied as they are. U+0000 ends it because a compressed text of Jet 4 changes its form there.
 [[nodiscard]] std::string_view LeadingAscii(std::string_view bytes);
 
 /// Bytes of code page 1252 as UTF-8.

@@ -16,7 +16,8 @@ class Watch {
 public:
     virtual ~Watch() = default;
 
-    /// A watch begins enabled. A disabled one does not react, and its descriptor keeps no pass from waiting.
+    /// A watch begins enabled. A disabled one does not react, and its descriptor does not end a
+    /// pass that waits.
     virtual void SetEnabled(bool enabled) = 0;
 };
 
@@ -27,7 +28,7 @@ public:
 
     virtual ~Alarm() = default;
 
-    /// Takes the place of an earlier moment. One that has passed comes in the next pass.
+    /// Replaces the moment that was set before. One that has passed comes in the next pass.
     virtual void Set(Time moment) = 0;
     virtual void Clear() = 0;
 };
@@ -50,7 +51,7 @@ public:
 
     [[nodiscard]] virtual std::unique_ptr<Alarm> NewAlarm(std::function<void()> react) = 0;
 
-    /// Runs the action in the next pass. What a pass posts runs in the one after it.
+    /// Runs the action in the next pass. What a moment of a pass posts runs in that pass still, behind the moments.
     virtual void Post(std::function<void()> action) = 0;
 
     /// Runs what is due: first the moments that have come, earliest first, then posted actions, then ready
@@ -58,7 +59,8 @@ public:
     /// arrives.
     virtual void RunPass(Waiting waiting) = 0;
 
-    /// Readable from this call on whenever a pass is due, for another event loop to watch. Only for polling.
+    /// A descriptor that is readable, from this call on, while a pass is due. Another event loop may poll it, and must
+    /// not read it.
     [[nodiscard]] virtual int Descriptor() = 0;
 };
 

@@ -10,10 +10,9 @@ namespace platform {
 /// Sends datagrams to a multicast group, IPv4 or IPv6. It sends only: it neither joins the group nor binds
 /// its port.
 ///
-/// Failure:   an address that is no group or a port outside 1 to 65535 is a Failure (kInvalidPropertyValue)
-///            of the call, and so are a socket that this system does not give and a record that is too long
-///            for a datagram or finds this machine's own buffers full. What the network refuses arrives as
-///            OnError and drops the record.
+/// Failure:   of the call: an address that is no group, a port outside 1 to 65535 (kInvalidPropertyValue); no
+///            socket to be had; a record too long for a datagram; no buffer space. All else that the network
+///            refuses drops the record and arrives as OnError.
 /// Events:    raised from the event loop through the gate, never inside a call on this object.
 /// Ownership: the handler is set once and lives as long as the control.
 class MulticastControl {

@@ -23,7 +23,7 @@ public:
     /// True when a tick is due, which then counts as delivered. Each call delivers one, also where several are due.
     [[nodiscard]] virtual bool TakeDue(Time now) = 0;
 
-    /// Drops the ticks that came due after one moment and up to another. Ticks that were due before that stay.
+    /// Takes off as many ticks as came due after one moment and up to another.
     virtual void DropBetween(Time after, Time upTo) = 0;
 };
 

@@ -17,7 +17,7 @@ struct Null {
 };
 
 /// A Currency or Decimal value, exactly: its decimal digits with "-" in front where negative and "." before
-/// the fraction, without trailing zeros or a needless sign ("0", "-12.5").
+/// the fraction, without trailing zeros ("0", "-12.5"; never "-0").
 struct ExactNumber {
     std::string digits;
     bool operator==(const ExactNumber&) const = default;
@@ -40,7 +40,7 @@ using Value =
     std::variant<Null, bool, std::int32_t, float, double, ExactNumber, DateTime, Guid, std::string, Binary>;
 
 /// A value as text: whole numbers plain, Single with up to 7 digits and Double with up to 15, the regional
-/// decimal sign and no grouping, True or False, dates in the general date. Failure: kInvalidUseOfNull for
+/// decimal sign and no grouping, True or False, dates as GeneralDate writes them. Failure: kInvalidUseOfNull for
 /// null, kTypeMismatch for binary.
 [[nodiscard]] std::string ToText(const Value& value, const RegionalFormats& formats);
 

@@ -134,6 +134,31 @@ TEST_F(EpollLoopTest, LetsAPassInsideAPassTakeWhatIsLeftOfIt)
     EXPECT_EQ(Pass(), "<2p>");
 }
 
+TEST_F(EpollLoopTest, TellsAFileNothingThatConcernsTheOneWhoseNumberItGot)
+{
+    const int again = ::eventfd(0, EFD_NONBLOCK);
+    std::unique_ptr<Watch> writable;
+    std::unique_ptr<Watch> readable;
+    const auto replace = [&] {
+        seen += "!";
+        writable.reset();
+        readable.reset();
+        EXPECT_EQ(::dup2(again, near), near);
+        writable = loop.Observe(near, Readiness::kWritable, Note("w"));
+        readable = loop.Observe(near, Readiness::kReadable, Note("r"));
+    };
+    writable = loop.Observe(near, Readiness::kWritable, Note("old"));
+    const auto watchAndReset = [&] { readable = loop.Observe(near, Readiness::kReadable, replace); };
+    watchAndReset();
+    ::shutdown(pair_[1], SHUT_RDWR);
+    EXPECT_EQ(Pass(), "!") << "the file was replaced while its own event was told";
+    EXPECT_EQ(Pass(), "w");
+
+    loop.Post(replace);
+    EXPECT_EQ(Pass(), "!") << "the file was replaced behind the look at what is ready";
+    ::close(again);
+}
+
 TEST_F(EpollLoopTest, LetsAReactionDestroyWhatReacts)
 {
     std::unique_ptr<Watch> watch;

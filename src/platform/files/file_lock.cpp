@@ -17,8 +17,8 @@ namespace {
 /// trims without a pause. A file system that numbers its files anew at each look must not keep us here for ever.
 constexpr int kMostOpenings = 10'000;
 
-/// A lock that comes free goes first to the thread of an earlier wait in vain, which gives it up at once. It gets this
-/// long for that.
+/// A wait that timed out leaves a thread in the queue. When the lock comes free that thread gets it first, and releases
+/// it. It has this long.
 constexpr std::chrono::milliseconds kMomentOfAnEarlierWait{1};
 
 using Turn = std::future<std::error_code>;

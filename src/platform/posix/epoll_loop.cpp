@@ -22,9 +22,15 @@ FileDescriptor Checked(int descriptor)
     return FileDescriptor(descriptor);
 }
 
+/// What an event tells of its descriptor.
+std::uint64_t KeyOf(int descriptor, std::uint32_t generation)
+{
+    return std::uint64_t{generation} << 32 | static_cast<std::uint32_t>(descriptor);
+}
+
 void Add(const FileDescriptor& epoll, const FileDescriptor& descriptor)
 {
-    epoll_event event{.events = EPOLLIN, .data = {.fd = descriptor.Number()}};
+    epoll_event event{.events = EPOLLIN, .data = {.u64 = KeyOf(descriptor.Number(), 0)}};
     if (epoll_ctl(epoll.Number(), EPOLL_CTL_ADD, descriptor.Number(), &event) != 0)
         throw Failure(failure::kOutOfMemory, "The system gives no event loop");
 }
@@ -177,7 +183,7 @@ void EpollLoop::RunPass(Waiting waiting)
     RunPosted();
     for (int i = 0; i < count; ++i) {
         const epoll_event& event = ready[static_cast<std::size_t>(i)];
-        React(event.data.fd, event.events);
+        React(event.data.u64, event.events);
     }
     AnnounceNextPass();
 }
@@ -204,7 +210,9 @@ bool EpollLoop::Register(int descriptor)
     Watched& watched = WatchedOf(descriptor);
     const std::uint32_t wanted = (watched.readable ? EPOLLIN : 0U) | (watched.writable ? EPOLLOUT : 0U);
     const int change = wanted == 0 ? EPOLL_CTL_DEL : watched.registered == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
-    epoll_event event{.events = wanted, .data = {.fd = descriptor}};
+    if (change == EPOLL_CTL_ADD)
+        ++watched.generation;
+    epoll_event event{.events = wanted, .data = {.u64 = KeyOf(descriptor, watched.generation)}};
     const bool done = epoll_ctl(epoll_.Number(), change, descriptor, &event) == 0;
     if (done || wanted == 0)
         watched.registered = wanted;
@@ -244,14 +252,22 @@ void EpollLoop::RunPosted()
     }
 }
 
-/// An error or a hang-up counts as ready for both: the call that then fails says what it is.
-void EpollLoop::React(int descriptor, std::uint32_t events)
+/// An error or a hang-up counts as ready for both: the call that then fails says what it is. A reaction may close the
+/// descriptor and open another one, which gets the lowest free number and so the same: that one knows nothing of this
+/// event.
+void EpollLoop::React(std::uint64_t key, std::uint32_t events)
 {
     constexpr std::uint32_t kBroken = EPOLLERR | EPOLLHUP;
-    if (const Reaction react = WatchedOf(descriptor).readable; react && (events & (EPOLLIN | kBroken)) != 0)
-        (*react)();
-    if (const Reaction react = WatchedOf(descriptor).writable; react && (events & (EPOLLOUT | kBroken)) != 0)
-        (*react)();
+    const auto descriptor = static_cast<int>(key & UINT32_MAX);
+    const auto reactIf = [&](Reaction Watched::*reaction, std::uint32_t wanted) {
+        const Watched& watched = WatchedOf(descriptor);
+        if (KeyOf(descriptor, watched.generation) != key || (events & (wanted | kBroken)) == 0)
+            return;
+        if (const Reaction react = watched.*reaction)
+            (*react)();
+    };
+    reactIf(&Watched::readable, EPOLLIN);
+    reactIf(&Watched::writable, EPOLLOUT);
 }
 
 /// Makes Descriptor() tell of the next pass. Arming the timer for a moment that has passed costs about 30 microseconds

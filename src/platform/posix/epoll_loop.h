@@ -40,6 +40,7 @@ private:
         Reaction readable;
         Reaction writable;
         std::uint32_t registered = 0;  // the events for which epoll knows it
+        std::uint32_t generation = 0;  // grows when the number may stand for another file than before
     };
 
     [[nodiscard]] bool Register(int descriptor);
@@ -48,7 +49,7 @@ private:
     [[nodiscard]] bool SomethingIsDue() const;
     void RunMoments();
     void RunPosted();
-    void React(int descriptor, std::uint32_t events);
+    void React(std::uint64_t key, std::uint32_t events);
     void AnnounceNextPass();
     void SetTimer(std::optional<Alarm::Time> moment);
     void SetWake(bool on);

@@ -23,7 +23,7 @@ public:
 private:
     DateFormat date_;
     TimeFormat time_;
-    QLocale typed_;    ///< What the operator's keyboard has: perhaps other digits than those written.
+    QLocale typed_;    ///< How the operator types numbers: perhaps with other digits than those written.
     QLocale numbers_;  ///< How numbers are written.
 };
 

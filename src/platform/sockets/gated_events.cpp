@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/failure.h"
+
 namespace platform::sockets {
 namespace {
 
@@ -31,11 +33,20 @@ RestingWatch::RestingWatch(EventLoop& loop, const FileDescriptor& descriptor, Re
     : loop_(loop), watch_(loop.Observe(descriptor.Number(), readiness, std::move(react)))
 {}
 
+void RestingWatch::SetEnabled(bool enabled)
+{
+    try {
+        watch_->SetEnabled(enabled);
+    } catch (const Failure&) {
+        Rest();
+    }
+}
+
 void RestingWatch::Rest()
 {
     watch_->SetEnabled(false);
     if (!end_)
-        end_ = loop_.NewAlarm([this] { watch_->SetEnabled(true); });
+        end_ = loop_.NewAlarm([this] { SetEnabled(true); });
     end_->Set(std::chrono::steady_clock::now() + kRest);
 }
 

@@ -28,7 +28,7 @@ public:
 private:
     EventGate& gate_;
     EventLoop& loop_;
-    /// Expires when the waiting events are dropped; what it points to means nothing.
+    /// Expires when the waiting events are dropped. Only its lifetime counts.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
@@ -40,7 +40,8 @@ public:
     RestingWatch(EventLoop& loop, const FileDescriptor& descriptor, Readiness readiness,
                  std::function<void()> react);
 
-    void SetEnabled(bool enabled) { watch_->SetEnabled(enabled); }
+    /// Where the system refuses to watch again, it is asked once more after a rest.
+    void SetEnabled(bool enabled);
 
     /// No reaction for 10 ms.
     void Rest();

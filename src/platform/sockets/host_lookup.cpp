@@ -2,6 +2,7 @@
 
 #include <sys/eventfd.h>
 
+#include <chrono>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -56,6 +57,8 @@ void HostLookup::Start(const std::string& host, Answer answer)
 
 void HostLookup::Finish()
 {
+    if (running_->addresses.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+        return;
     const auto finished = std::exchange(running_, nullptr);
     if (const Answer answer = std::exchange(answer_, nullptr))
         answer(finished->addresses.get());

@@ -11,6 +11,11 @@
 namespace platform::sockets {
 namespace {
 
+bool HasPeer(const FileDescriptor& socket)
+{
+    return SocketAddress::OfPeer(socket.Number()).Family() != AF_UNSPEC;
+}
+
 /// A connect to a free port of this machine can pick that very port as its own and meet itself.
 bool IsConnectedToItself(const FileDescriptor& socket)
 {
@@ -91,6 +96,10 @@ std::error_code TcpConnector::Try(const SocketAddress& address)
 void TcpConnector::FinishAttempt()
 {
     std::error_code error = PendingError(socket_);
+    if (!error && !HasPeer(socket_)) {
+        writable_->Rest();
+        return;
+    }
     if (!error && IsConnectedToItself(socket_))
         error = make_error_code(std::errc::connection_refused);
     writable_.reset();

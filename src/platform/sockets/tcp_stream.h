@@ -58,12 +58,12 @@ public:
     /// Number of bytes that wait in this program.
     [[nodiscard]] std::size_t WaitingBytes() const { return queue_.Bytes(); }
 
-    /// With what sending broke, which reading then does not report again.
+    /// The error that ended sending. The system reports it once, so Receive does not see it again.
     [[nodiscard]] const std::error_code& Error() const { return error_; }
 
     [[nodiscard]] TcpProgress Progress() const;
 
-    /// What became of the end that EndSending announced, and so of all bytes before it.
+    /// Whether the peer's system has acknowledged the end that EndSending announced, and so all bytes before it.
     enum class Delivery { kUnderWay, kAcknowledged, kLost };
     [[nodiscard]] Delivery EndDelivered() const;
 

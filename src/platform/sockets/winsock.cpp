@@ -264,7 +264,7 @@ std::unique_ptr<TcpConnection> Winsock::Serving(FileDescriptor socket)
                               .finished = [this] { Finished(); }});
 }
 
-/// The target is the one that was set, if there is one, until a peer says hello.
+/// The target is the host and port that were set; a datagram from a peer replaces it.
 void Winsock::OpenUdp(UdpSocket::Role role, std::uint16_t port)
 {
     auto udp = std::make_unique<UdpSocket>(

@@ -12,7 +12,7 @@ class FramePacer {
 public:
     static constexpr std::chrono::milliseconds kFrame{16};
 
-    /// The pause is how long the action waits for more of what it is to show, a frame or longer.
+    /// The pause is how long requests are gathered before the action runs: a frame or longer.
     explicit FramePacer(std::function<void()> action, std::chrono::milliseconds pause = kFrame)
         : action_(std::move(action))
     {

@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
+#include <QToolTip>
 #include <algorithm>
 
 #include "platform/failure.h"
@@ -177,6 +178,7 @@ void ListBox::UpdateScrollBar()
 
 void ListBox::ShowChanges()
 {
+    const int topBefore = TopLine();
     scrollBar_->Change([this] {
         UpdateScrollBar();
         if (reveal_ && selected_ >= 0) {
@@ -184,6 +186,9 @@ void ListBox::ShowChanges()
             scrollBar_->setValue(std::clamp(TopLine(), lowestTop, selected_));
         }
     });
+    // The pointer may rest on another record now.
+    if (TopLine() != topBefore || Count() == 0)
+        QToolTip::hideText();
     if (announce_ && QAccessible::isActive()) {
         QAccessibleValueChangeEvent changed(this, QString());
         QAccessible::updateAccessibility(&changed);

@@ -100,6 +100,8 @@ void ListBox::ShowReceipt(const QHelpEvent& event)
     if (line >= Count())
         return QToolTip::hideText();
     const std::string record = lines_.Line(static_cast<std::size_t>(line), kMostBytesOfReceipt);
+    if (record.empty())
+        return QToolTip::hideText();
     // It is hidden when the pointer leaves the row.
     const QRect area(0, row * RowHeight(), viewport()->width(), RowHeight());
     QToolTip::showText(event.globalPos(), ReceiptHtml(record), viewport(), area);

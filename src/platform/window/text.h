@@ -32,7 +32,8 @@ using regional::ToQt;
 }
 
 /// A record as it would be printed: HTML that shows its text, and nothing in it taken for HTML, in a font of fixed
-/// width. Line breaks are kept; of long records the first 60 lines show, of long lines the first 100 characters.
+/// width. Line breaks are kept. A record of more than 60 lines shows the first 59 and an ellipsis; a long line its first
+/// 100 characters.
 [[nodiscard]] QString ReceiptHtml(std::string_view utf8);
 
 /// As many of a record's first bytes as its receipt needs, but for records of very long lines.
