@@ -145,10 +145,12 @@ Run RunPlayer(const std::string& folder, const std::string& arguments)
         return run;
     run.elapsed = figures["seconds"];
     run.records = figures["records"];
-    run.p50 = figures["lateness_ms"]["p50"];
-    run.p99 = figures["lateness_ms"]["p99"];
-    run.greatest = figures["lateness_ms"]["max"];
-    AddTills(figures, run);
+    if (const auto& lateness = figures["lateness_ms"]; lateness["p50"].is_number()) {
+        run.p50 = lateness["p50"];
+        run.p99 = lateness["p99"];
+        run.greatest = lateness["max"];
+        AddTills(figures, run);
+    }
     return run;
 }
 

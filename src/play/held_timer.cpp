@@ -33,6 +33,7 @@ void HeldTimer::Tick()
     for (int ticks = 0; ticks < ticksAtOnce_ && enabled_; ++ticks) {
         if (!events_.mayTick()) {
             Hold();
+            events_.held();
             return;
         }
         if (OnTimer)

@@ -13,6 +13,8 @@ public:
     struct Events {
         /// Asked before each tick; false holds the timer.
         std::function<bool()> mayTick;
+        /// Behind that.
+        std::function<void()> held;
         /// Behind a tick in which the logic has disabled the timer.
         std::function<void()> stopped;
     };

@@ -14,6 +14,9 @@ public:
     void Add(std::chrono::nanoseconds late);
     void Add(const Lateness& others);
 
+    /// True while nothing was added.
+    [[nodiscard]] bool IsEmpty() const { return count_ == 0; }
+
     /// The lateness in milliseconds that this share of all does not exceed; 0 for none. `share` is above 0 and at most 1.
     [[nodiscard]] double Percentile(double share) const;
 

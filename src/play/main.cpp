@@ -2,6 +2,7 @@
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 
 #include "machine.h"
@@ -35,6 +36,13 @@ QLocale LocaleNamed(const std::optional<std::string>& name)
     return locale;
 }
 
+bool IsReadable(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    file.peek();
+    return file.is_open() && !file.bad();
+}
+
 std::string ProgramFolder()
 {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
@@ -51,7 +59,7 @@ public:
           spans_(options.range, formats_),
           shop_({machine_, engine_, formats_, options_, spans_, Printer(), {}},
                 [this](const std::string& line) { Complain(line); }),
-          signals_(machine_.loop, {SIGINT, SIGTERM}, [this](int signal) { shop_.Interrupt(signal); }),
+          signals_(machine_.loop, {SIGINT, SIGTERM}, [this](int signal) { Interrupt(signal); }),
           progress_(output, machine_.loop, [this] { return shop_.Now(); })
     {}
 
@@ -59,11 +67,14 @@ public:
     {
         if (options_.report)
             reportFile_.emplace(*options_.report);
-        shop_.Open(PlansOf(options_, {machine_.files, machine_.profile, formats_, ProgramFolder()},
+        shop_.Open(PlansOf(options_,
+                           {machine_.files, machine_.profile, formats_, ProgramFolder(), IsReadable},
                            std::chrono::steady_clock::now()));
         showsProgress_ = output_.IsTerminal() && !options_.quiet;
         if (showsProgress_)
             progress_.Start();
+        if (reportFile_)
+            reportFile_->Clear();
         shop_.Play();
         return Tell();
     }
@@ -82,17 +93,32 @@ private:
 
     void Complain(const std::string& line) { output_.WriteWithin("play_feed: " + line + "\n", kPatience); }
 
+    void Interrupt(int signal)
+    {
+        ++interruptions_;
+        shop_.Interrupt(signal);
+    }
+
     int Tell()
     {
+        interruptionsAtEnd_ = interruptions_;
         const std::vector<Figures> figures = shop_.Report();
         if (showsProgress_)
             progress_.Clear();
         if (!options_.quiet && shop_.HasPlayed())
             output_.WriteWithin(SummaryOf(figures), kPatience);
-        if (!reportFile_ || reportFile_->Write(ReportOf(figures)))
+        if (!reportFile_ || reportFile_->Write(ReportOf(figures, options_.IsShop()),
+                                               [this] { return !IsInterruptedAgain(); }))
             return shop_.ExitStatus();
         Complain("The report cannot be written");
         return std::max(shop_.ExitStatus(), exit_status::kIncomplete);
+    }
+
+    /// Since the feed has ended.
+    bool IsInterruptedAgain()
+    {
+        machine_.loop.RunPass(platform::Waiting::kNo);
+        return interruptions_ > interruptionsAtEnd_;
     }
 
     const Options& options_;
@@ -105,6 +131,8 @@ private:
     Signals signals_;
     ProgressLine progress_;
     bool showsProgress_ = false;
+    int interruptions_ = 0;
+    int interruptionsAtEnd_ = 0;
     std::optional<ReportFile> reportFile_;
 };
 

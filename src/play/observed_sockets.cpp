@@ -24,10 +24,31 @@ std::size_t BytesOf(const std::string& text)
         std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
 }
 
+bool IsWithoutRoom(const Failure& failure)
+{
+    return failure.Number() == platform::failure::kSocketWouldBlock ||
+           failure.Number() == platform::failure::kNoBufferSpace;
+}
+
+/// False where the datagram found no room and is to be sent again.
+template <class Send>
+bool SentAsDatagram(DatagramRoom& room, const Send& send)
+{
+    try {
+        send();
+    } catch (const Failure& failure) {
+        room.isFull = room.isAwaited && IsWithoutRoom(failure);
+        if (!room.isFull)
+            throw;
+    }
+    return !room.isFull;
+}
+
 }  // namespace
 
-ObservedWinsock::ObservedWinsock(platform::WinsockControl& real, Tally& tally, const Events& events)
-    : real_(real), tally_(tally), events_(events)
+ObservedWinsock::ObservedWinsock(platform::WinsockControl& real, Tally& tally, DatagramRoom& room,
+                                 const Events& events)
+    : real_(real), tally_(tally), room_(room), events_(events)
 {
     real_.OnConnect = [this] {
         tally_.Connected();
@@ -66,14 +87,22 @@ void ObservedWinsock::Accept(RequestId request)
 
 void ObservedWinsock::SendData(const std::string& text)
 {
+    if (IsTcp())
+        SendOnConnection(text);
+    else if (!SentAsDatagram(room_, [&] { real_.SendData(text); }))
+        return;
+    tally_.HandedOver(BytesOf(text), IsTcp());
+}
+
+void ObservedWinsock::SendOnConnection(const std::string& text)
+{
     try {
         real_.SendData(text);
     } catch (const Failure& failure) {
-        // Without room, or with text that fits into no datagram, the next record may go out.
-        isBroken_ = IsTcp() && failure.Number() != platform::failure::kSocketWouldBlock;
+        // Without room the next record may go out.
+        isBroken_ = failure.Number() != platform::failure::kSocketWouldBlock;
         throw;
     }
-    tally_.HandedOver(BytesOf(text), IsTcp());
 }
 
 void ObservedWinsock::Close()
@@ -97,8 +126,8 @@ void ObservedWinsock::DataArrived(std::size_t bytes)
         events_.changed();
 }
 
-ObservedMulticast::ObservedMulticast(platform::MulticastControl& real, Tally& tally)
-    : real_(real), tally_(tally)
+ObservedMulticast::ObservedMulticast(platform::MulticastControl& real, Tally& tally, DatagramRoom& room)
+    : real_(real), tally_(tally), room_(room)
 {
     real_.OnError = [this](int number, const std::string& description) {
         tally_.Dropped();
@@ -109,8 +138,8 @@ ObservedMulticast::ObservedMulticast(platform::MulticastControl& real, Tally& ta
 void ObservedMulticast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::string& groupAddress,
                                     std::int32_t port)
 {
-    real_.SendToGroup(bytes, groupAddress, port);
-    tally_.HandedOver(bytes.size(), false);
+    if (SentAsDatagram(room_, [&] { real_.SendToGroup(bytes, groupAddress, port); }))
+        tally_.HandedOver(bytes.size(), false);
 }
 
 }  // namespace player

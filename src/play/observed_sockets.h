@@ -9,6 +9,12 @@
 
 namespace player {
 
+/// The room that the network has for datagrams.
+struct DatagramRoom {
+    bool isAwaited = false;  // a record without room is played again, and the logic does not learn of it
+    bool isFull = false;     // the last one found no room
+};
+
 /// The Winsock control that the logic is given: it passes every call and event on, counts what was handed over, and
 /// tells the till when something has changed.
 class ObservedWinsock final : public platform::WinsockControl {
@@ -20,8 +26,8 @@ public:
         std::function<void()> ended;
     };
 
-    /// The control and the tally outlive this object.
-    ObservedWinsock(platform::WinsockControl& real, Tally& tally, const Events& events);
+    /// All but the events outlive this object.
+    ObservedWinsock(platform::WinsockControl& real, Tally& tally, DatagramRoom& room, const Events& events);
 
     void SetProtocol(Protocol protocol) override;
     void SetRemoteHost(const std::string& host) override { real_.SetRemoteHost(host); }
@@ -45,10 +51,12 @@ public:
 
 private:
     [[nodiscard]] bool IsTcp() const { return protocol_ == Protocol::kTcp; }
+    void SendOnConnection(const std::string& text);
     void DataArrived(std::size_t bytes);
 
     platform::WinsockControl& real_;
     Tally& tally_;
+    DatagramRoom& room_;
     Events events_;
     Protocol protocol_ = Protocol::kTcp;
     bool isBroken_ = false;
@@ -59,7 +67,7 @@ private:
 class ObservedMulticast final : public platform::MulticastControl {
 public:
     /// As ObservedWinsock.
-    ObservedMulticast(platform::MulticastControl& real, Tally& tally);
+    ObservedMulticast(platform::MulticastControl& real, Tally& tally, DatagramRoom& room);
 
     void OpenGroup(const std::string& groupAddress, std::int32_t port) override
     {
@@ -72,6 +80,7 @@ public:
 private:
     platform::MulticastControl& real_;
     Tally& tally_;
+    DatagramRoom& room_;
 };
 
 }  // namespace player

@@ -1,5 +1,6 @@
 #include "play/options.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 
@@ -62,8 +63,8 @@ Shard ShardFrom(const std::string& text)
     const std::string_view view = text;
     const auto number = WholeNumber(view.substr(0, slash));
     const auto of = slash == std::string::npos ? std::nullopt : WholeNumber(view.substr(slash + 1));
-    if (!number || !of || *number < 1 || *number > *of)
-        throw UsageError("--shard: \"" + text + "\" is not K/N with K from 1 to N");
+    if (!number || !of || *number < 1 || *number > *of || *of > kMostTills)
+        throw UsageError("--shard: \"" + text + "\" is not K/N with K from 1 to N and N to 1000000");
     return {*number, *of};
 }
 
@@ -176,7 +177,8 @@ void CommandLine::AddShop()
         ->option_text("N")
         ->check(CLI::Range(std::int64_t{1}, kMostTills))
         ->group("Shop");
-    app_.add_option("--port-step", options_.portStep, "the port of each further till is so much higher (0)")
+    app_.add_option("--port-step", options_.portStep,
+                    "each further till on the same port gets one so much higher (0)")
         ->option_text("N")
         ->check(CLI::Range(std::int64_t{0}, std::int64_t{65534}))
         ->group("Shop");
@@ -209,10 +211,10 @@ std::variant<Options, int> CommandLine::Read(int argumentCount, const char* cons
 
 Options CommandLine::Checked()
 {
-    for (const Override& one : options_.overrides) {
-        if (one.value.empty())
-            throw UsageError("A value of the settings on the command line is empty");
-    }
+    const bool isEmpty = std::ranges::any_of(options_.overrides, &std::string::empty, &Override::value) ||
+                         std::ranges::any_of(options_.settings, &std::string::empty) || database_ == "";
+    if (isEmpty)
+        throw UsageError("A file or a value of the settings on the command line is empty");
     if (database_) {
         options_.overrides.push_back(
             {keys::kDatabase, keys::kFilePath, std::filesystem::absolute(*database_).string()});

@@ -37,6 +37,9 @@ struct Options {
     bool together = false;
     Shard shard;
 
+    /// True also where the shard has one of the tills alone.
+    [[nodiscard]] bool IsShop() const { return tills > 1 || settings.size() > 1; }
+
     std::optional<std::string> report;  // file, or "-"
     bool status = false;
     bool quiet = false;

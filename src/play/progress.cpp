@@ -74,7 +74,7 @@ void ProgressLine::Show()
     const double passed = std::chrono::duration<double>(time - shown_).count();
     const double lately = static_cast<double>(now.records - recordsShown_) / passed;
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(time - started_);
-    terminal_.Write(kBeginOfLine + ProgressText(now, lately, elapsed));
+    terminal_.Write(kBeginOfLine + ProgressText(now, lately, elapsed).substr(0, terminal_.Columns() - 1));
     shown_ = time;
     recordsShown_ = now.records;
     next_->Set(time + kBetweenLines);

@@ -36,9 +36,12 @@ void AddFigures(Json& report, const Figures& figures)
     report["records_refused"] = figures.recordsRefused;
     report["records_in_doubt"] = figures.recordsInDoubt;
     report["connections"] = figures.connections;
-    report["lateness_ms"] = {{"p50", figures.lateness.Percentile(0.5)},
-                             {"p99", figures.lateness.Percentile(0.99)},
-                             {"max", figures.lateness.Greatest()}};
+    const auto milliseconds = [&](double lateness) {
+        return figures.lateness.IsEmpty() ? Json() : Json(lateness);
+    };
+    report["lateness_ms"] = {{"p50", milliseconds(figures.lateness.Percentile(0.5))},
+                             {"p99", milliseconds(figures.lateness.Percentile(0.99))},
+                             {"max", milliseconds(figures.lateness.Greatest())}};
     report["late"] = figures.late;
     report["errors"] = ErrorsOf(figures.errors);
 }
@@ -92,11 +95,11 @@ std::string Incomplete(const std::vector<Figures>& tills)
 
 }  // namespace
 
-std::string ReportOf(const std::vector<Figures>& tills)
+std::string ReportOf(const std::vector<Figures>& tills, bool isShop)
 {
     Json report;
     AddFigures(report, tills.size() == 1 ? tills.front() : Together(tills));
-    if (tills.size() > 1) {
+    if (isShop) {
         Json list = Json::array();
         for (const Figures& till : tills) {
             Json one = {{"name", till.name}};
@@ -121,7 +124,7 @@ std::string SummaryOf(const std::vector<Figures>& tills)
     if (all.recordsRefused + all.recordsInDoubt > 0)
         text += "  " + Counted(all.recordsRefused, "record") + " refused, " + Grouped(all.recordsInDoubt) +
                 " in doubt\n";
-    if (all.records > 0)
+    if (!all.lateness.IsEmpty())
         text += Text("  lateness p50 %.3f ms, p99 %.3f ms, max %.3f ms; ", all.lateness.Percentile(0.5),
                      all.lateness.Percentile(0.99), all.lateness.Greatest()) +
                 Grouped(all.late) + " late by more than an interval\n";

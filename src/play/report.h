@@ -7,9 +7,9 @@
 
 namespace player {
 
-/// The report as JSON, with a line end behind it. Of several tills it has the figures of all together and, under
-/// "tills", those of each.
-[[nodiscard]] std::string ReportOf(const std::vector<Figures>& tills);
+/// The report as JSON, with a line end behind it: the figures of all tills together and, of a shop, under "tills" those
+/// of each. Without any measured tick a lateness is null.
+[[nodiscard]] std::string ReportOf(const std::vector<Figures>& tills, bool isShop);
 
 /// The same in words: some lines.
 [[nodiscard]] std::string SummaryOf(const std::vector<Figures>& tills);

@@ -1,19 +1,24 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/posix/file_descriptor.h"
 
 namespace player {
 
-/// Where the report goes: a file, which is empty from the beginning on until the report is there, or standard output.
+/// Where the report goes: a file or standard output.
 class ReportFile {
 public:
-    /// "-" is standard output. Failure: UsageError where the file cannot be opened.
+    /// "-" is standard output. What the file holds stays for now. Failure: UsageError where it cannot be opened.
     explicit ReportFile(const std::string& path);
 
-    /// False where it cannot be written as a whole.
-    [[nodiscard]] bool Write(const std::string& report);
+    /// From here on a file has no earlier report any more.
+    void Clear();
+
+    /// Waits for a slow reader while `goesOn`, which is asked ten times a second. False where the report is not written
+    /// as a whole.
+    [[nodiscard]] bool Write(const std::string& report, const std::function<bool()>& goesOn);
 
 private:
     platform::FileDescriptor file_;  // closed for standard output

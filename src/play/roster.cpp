@@ -1,6 +1,7 @@
 #include "play/roster.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -35,22 +36,38 @@ std::vector<Group> GroupsOf(const Options& options, const Sources& sources)
         const fs::path path = fs::absolute(file);
         if (!sources.files.FileExists(path.string()))
             throw UsageError("There are no settings " + file);
+        // The logic would pass over them in silence.
+        if (!sources.isReadable(path.string()))
+            throw UsageError("The settings " + file + " cannot be read");
         groups.push_back({file, path.string(), path.parent_path().string()});
     }
     return groups;
 }
 
-/// The port of the till that is so many steps behind the first one of its settings. One that is no number stays: it is
-/// refused with the other settings.
-void StepPort(TillSettings& settings, std::int64_t ports, const platform::RegionalFormats& formats)
-{
-    const std::string text = settings.Value(keys::kConnection, keys::kPort);
-    const auto first = formats.Number(text.empty() ? built_in::kPort : text);
-    if (!first)
-        return;
-    const double port = platform::RoundHalfToEven(*first) + static_cast<double>(ports);
-    settings.Put({keys::kConnection, keys::kPort, std::to_string(static_cast<std::int64_t>(port))});
-}
+/// Gives each further till with the same port a higher one.
+class PortSteps {
+public:
+    PortSteps(std::int64_t step, const platform::RegionalFormats& formats) : step_(step), formats_(formats) {}
+
+    /// A port that is no number stays: it is refused with the other settings.
+    void Take(TillSettings& settings)
+    {
+        if (step_ == 0)
+            return;
+        const std::string text = settings.Value(keys::kConnection, keys::kPort);
+        const auto first = formats_.Number(text.empty() ? built_in::kPort : text);
+        if (!first)
+            return;
+        const double port = platform::RoundHalfToEven(*first);
+        const auto stepped = static_cast<std::int64_t>(port) + step_ * taken_[port]++;
+        settings.Put({keys::kConnection, keys::kPort, std::to_string(stepped)});
+    }
+
+private:
+    std::int64_t step_;
+    const platform::RegionalFormats& formats_;
+    std::map<double, std::int64_t> taken_;  // tills, by the port of the first
+};
 
 bool IsIn(const Shard& shard, std::int64_t till, std::int64_t tills)
 {
@@ -64,23 +81,23 @@ std::vector<TillPlan> PlansOf(const Options& options, const Sources& sources, Ti
     const std::vector<Group> groups = GroupsOf(options, sources);
     const std::int64_t tills = static_cast<std::int64_t>(groups.size()) * options.tills;
     std::vector<TillPlan> plans;
+    PortSteps ports(options.portStep, sources.formats);
     std::int64_t till = 0;
     for (const Group& group : groups) {
         const auto file = std::make_shared<SettingsFile>(sources.profile, group.path);
         for (std::int64_t number = 0; number < options.tills; ++number, ++till) {
-            if (!IsIn(options.shard, till, tills))
-                continue;
             TillPlan plan{.name = group.name,
                           .settings = TillSettings(file, options.overrides),
                           .folder = group.folder,
                           .phase = {}};
+            ports.Take(plan.settings);
+            if (!IsIn(options.shard, till, tills))
+                continue;
             // The window has an interval before any settings; the logic misses it in a file that says none.
-            if (group.path == FilesToRead::kBuiltIn)
-                plan.settings.PutBelow({keys::kTimer, keys::kInterval, built_in::kInterval});
+            if (plan.settings.Value(keys::kTimer, keys::kInterval).empty())
+                plan.settings.Put({keys::kTimer, keys::kInterval, built_in::kInterval});
             if (options.tills > 1)
                 plan.name += "#" + std::to_string(number + 1);
-            if (number > 0 && options.portStep > 0)
-                StepPort(plan.settings, number * options.portStep, sources.formats);
             if (tills > 1)
                 plan.phase = {origin,
                               options.together ? 0 : static_cast<double>(till) / static_cast<double>(tills)};

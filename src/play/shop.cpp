@@ -24,6 +24,11 @@ std::int64_t SocketsOf(const CheckedSettings& settings)
     return isMulticast || (isTcp && (settings.role == Role::kListen || settings.reconnect)) ? 2 : 1;
 }
 
+bool Listens(const CheckedSettings& settings)
+{
+    return settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
+}
+
 int StatusOf(Outcome outcome)
 {
     return outcome == Outcome::kComplete ? exit_status::kComplete : exit_status::kIncomplete;
@@ -55,6 +60,7 @@ void Shop::Open(std::vector<TillPlan> plans)
 
 void Shop::Make(std::vector<TillPlan> plans)
 {
+    std::set<std::pair<Protocol, std::int32_t>> listening;
     places_.resize(plans.size());
     for (std::size_t i = 0; i < plans.size(); ++i) {
         TillPlan& plan = plans[i];
@@ -62,6 +68,9 @@ void Shop::Make(std::vector<TillPlan> plans)
         place.name = plan.name;
         try {
             place.till = std::make_unique<Till>(surroundings_, std::move(plan));
+            const CheckedSettings& settings = place.till->TheStation().Settings();
+            if (Listens(settings) && !listening.emplace(settings.protocol, settings.port).second)
+                throw UsageError("Another till listens on port " + std::to_string(settings.port));
         } catch (const UsageError& error) {
             LeaveOut(place, error.what());
         }

@@ -23,10 +23,13 @@ Station::Station(const Surroundings& surroundings, TillPlan plan, const Events& 
       machine_(surroundings.machine, pace_.Ticks(),
                [this] { surroundings_.machine.loop.RunPass(platform::Waiting::kNo); }),
       timer_(machine_.timer, pace_.TicksAtOnce(),
-             {.mayTick = [this] { return HasReceiver() && HasRoom(); }, .stopped = events.stopped}),
-      winsock_(machine_.winsock, tally_,
+             {.mayTick = [this] { return HasReceiver() && HasRoom(); },
+              .held = events.held,
+              .stopped = events.stopped}),
+      room_({.isAwaited = pace_.IsUnpaced(), .isFull = false}),
+      winsock_(machine_.winsock, tally_, room_,
                {.changed = events.changed, .ended = [this] { tally_.Lost(Unacknowledged()); }}),
-      multicast_(machine_.multicast, tally_),
+      multicast_(machine_.multicast, tally_, room_),
       recordEvents_(Followed()),
       engine_({surroundings.engine, surroundings.spans, surroundings.options.loops, recordEvents_}),
       desk_(PartsOfDesk(), {.configFile = plan_.settings.Path(), .errorLogFile = "", .folder = plan_.folder})
@@ -47,7 +50,7 @@ RecordEvents Station::Followed()
                 pace_.StandsAt(records, beginsAgain);
             },
         .unreadable = [this] { tally_.RecordUnreadable(); },
-        .playsAgain = [this] { return winsock_.IsBroken(); },
+        .playsAgain = [this] { return winsock_.IsBroken() || room_.isFull; },
     };
 }
 
@@ -105,7 +108,7 @@ bool Station::HasReceiver() const
 
 bool Station::HasRoom() const
 {
-    return !pace_.IsUnpaced() || machine_.winsock.WaitingBytes() < kMostWaiting;
+    return !pace_.IsUnpaced() || (machine_.winsock.WaitingBytes() < kMostWaiting && !room_.isFull);
 }
 
 std::uint64_t Station::Unacknowledged() const

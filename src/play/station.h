@@ -45,6 +45,8 @@ public:
     struct Events {
         /// The socket may have changed, or taken what waited.
         std::function<void()> changed;
+        /// The ticks are held: there is no receiver, or no room.
+        std::function<void()> held;
         /// The logic has stopped its ticks.
         std::function<void()> stopped;
         /// After the socket's Finish: the receiver's system has everything.
@@ -62,8 +64,12 @@ public:
     /// True when a record that is sent now goes to somebody.
     [[nodiscard]] bool HasReceiver() const;
 
-    /// True when a record that is sent now does not have to wait long in memory. A feed with a rhythm does not ask.
+    /// True when a record that is sent now does not have to wait long in memory, as far as is known. A feed with a
+    /// rhythm does not ask.
     [[nodiscard]] bool HasRoom() const;
+
+    /// The network, which had no room for a datagram, may have some now. It does not tell.
+    void TryForRoom() { room_.isFull = false; }
 
     /// Full path.
     [[nodiscard]] std::string DatabasePath() const;
@@ -99,6 +105,7 @@ private:
     Pace pace_;
     TillMachine machine_;
     HeldTimer timer_;
+    DatagramRoom room_;
     ObservedWinsock winsock_;
     ObservedMulticast multicast_;
     RecordEvents recordEvents_;

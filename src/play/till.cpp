@@ -13,7 +13,9 @@ using platform::WinsockControl;
 constexpr std::chrono::milliseconds kBetweenAttempts{100};
 // A name is looked up for UDP without an event that tells the end.
 constexpr std::chrono::milliseconds kBetweenLooks{5};
-// A receiver that takes nothing more is not given up before, however short the wait for it is.
+constexpr std::chrono::milliseconds kBetweenTriesForRoom{1};
+// Before that no receiver is given up, however short the wait: one attempt takes its time, and so does taking more.
+constexpr std::chrono::milliseconds kLeastWait{100};
 constexpr std::chrono::milliseconds kLeastPatience{1000};
 
 double Seconds(std::chrono::steady_clock::duration time)
@@ -34,6 +36,7 @@ Till::Till(const Surroundings& surroundings, TillPlan plan)
     : surroundings_(surroundings),
       station_(surroundings, std::move(plan),
                {.changed = [this] { Look(); },
+                .held = [this] { AwaitRoom(); },
                 .stopped = [this] { Look(); },
                 .finished = [this] { End(Reached()); }}),
       patience_(surroundings.machine.loop.NewAlarm([this] { GiveUp(); })),
@@ -109,8 +112,9 @@ void Till::LookWhilePlaying()
 void Till::Retry()
 {
     const auto state = station_.Socket().State();
-    if (state == WinsockControl::kClosed || state == WinsockControl::kError)
+    if (state_ == State::kWaiting && (state == WinsockControl::kClosed || state == WinsockControl::kError))
         station_.TheDesk().PressPlay();
+    station_.TryForRoom();
     Look();
 }
 
@@ -118,7 +122,8 @@ void Till::Wait()
 {
     state_ = State::kWaiting;
     station_.Timer().Hold();
-    patience_->Set(Clock::now() + surroundings_.options.wait);
+    awaitsRoom_ = false;
+    patience_->Set(Clock::now() + std::max(surroundings_.options.wait, kLeastWait));
 }
 
 void Till::Begin()
@@ -132,6 +137,17 @@ void Till::Begin()
     if (!station_.Timer().IsEnabled())
         station_.TheDesk().PressPlay();
     station_.Timer().Release();
+}
+
+/// The loss of a receiver has an event of its own.
+void Till::AwaitRoom()
+{
+    if (state_ != State::kPlaying || !station_.HasReceiver())
+        return;
+    if (!station_.IsTcp())
+        retry_->Set(Clock::now() + kBetweenTriesForRoom);
+    if (!std::exchange(awaitsRoom_, true))
+        WatchReceiver();
 }
 
 void Till::LoseReceiver()
@@ -153,25 +169,37 @@ void Till::Finish()
         return;
     }
     station_.Socket().Finish();
-    WatchFinishing();
+    WatchReceiver();
 }
 
-void Till::WatchFinishing()
+void Till::WatchReceiver()
 {
+    handedOver_ = station_.Counts().Records();
     unacknowledged_ = station_.Unacknowledged();
     patience_->Set(Clock::now() + std::max(surroundings_.options.wait, kLeastPatience));
+}
+
+bool Till::ReceiverTookMore() const
+{
+    return station_.Counts().Records() > handedOver_ || station_.Unacknowledged() < unacknowledged_;
 }
 
 /// The receiver has not come in time, or takes nothing more.
 void Till::GiveUp()
 {
-    if (state_ == State::kFinishing && station_.Unacknowledged() < unacknowledged_) {
-        WatchFinishing();
+    awaitsRoom_ = false;
+    if (state_ == State::kPlaying && (station_.HasRoom() || ReceiverTookMore())) {
+        if (!station_.HasRoom())
+            AwaitRoom();
+        return;
+    }
+    if (state_ == State::kFinishing && ReceiverTookMore()) {
+        WatchReceiver();
         return;
     }
     const std::string target = Target(station_.Settings());
     const std::string within = " within " + InSeconds(surroundings_.options.wait);
-    if (state_ == State::kFinishing) {
+    if (state_ == State::kFinishing || state_ == State::kPlaying) {
         station_.AddError("The receiver at " + target + " took no more" + within);
         LoseWhatIsUnderWay();
     } else {

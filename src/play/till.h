@@ -46,10 +46,11 @@ private:
 
     void Wait();
     void Begin();
+    void AwaitRoom();
     void LoseReceiver();
     void Finish();
-    void WatchFinishing();
-    void TakenByReceiver();
+    void WatchReceiver();
+    [[nodiscard]] bool ReceiverTookMore() const;
     void GiveUp();
     [[nodiscard]] Outcome Reached() const;
     void End(Outcome outcome);
@@ -61,7 +62,9 @@ private:
     bool interrupted_ = false;
     std::unique_ptr<platform::Alarm> patience_;  // for a receiver to come, or to take more
     std::unique_ptr<platform::Alarm> retry_;
-    std::uint64_t unacknowledged_ = 0;  // bytes, when patience_ was set while finishing
+    bool awaitsRoom_ = false;           // patience_ is set while playing
+    std::int64_t handedOver_ = 0;       // records, and
+    std::uint64_t unacknowledged_ = 0;  // bytes, when patience_ was set for a receiver that takes more
     std::optional<Clock::time_point> began_;
     Clock::time_point ended_;
     Outcome outcome_ = Outcome::kFailed;

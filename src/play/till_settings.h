@@ -53,9 +53,6 @@ public:
     /// Puts a value over all others.
     void Put(const Override& value) { overrides_.insert(overrides_.begin(), value); }
 
-    /// Puts a value where nothing else says one on the command line.
-    void PutBelow(const Override& value) { overrides_.push_back(value); }
-
     [[nodiscard]] std::string GetPrivateProfileStringA(const std::string& section, const std::string& key,
                                                        std::size_t length,
                                                        const std::string& path) const override;

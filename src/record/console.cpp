@@ -1,22 +1,11 @@
 #include "record/console.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <utility>
 
 namespace record {
 namespace {
 
 constexpr std::string_view kBeginAgain = "\r\x1B[K";  // back to the line's begin, and erase it
-
-std::size_t Columns()
-{
-    constexpr std::size_t kUsual = 80;
-    winsize size{};
-    const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return known ? size.ws_col : kUsual;
-}
 
 }  // namespace
 
@@ -39,7 +28,7 @@ void Console::ShowProgress(std::string_view text)
 {
     if (!showsProgress_)
         return;
-    output_.Write(std::string(kBeginAgain) + std::string(text.substr(0, Columns() - 1)));
+    output_.Write(std::string(kBeginAgain) + std::string(text.substr(0, output_.Columns() - 1)));
     progressIsThere_ = true;
 }
 

@@ -32,7 +32,8 @@ protected:
 
     [[nodiscard]] std::vector<player::TillPlan> Plans(const Options& options) const
     {
-        return PlansOf(options, {files, profile, formats, "/shop"}, {});
+        return PlansOf(options, {files, profile, formats, "/shop", [](const std::string&) { return true; }},
+                       {});
     }
 
     platform::fakes::Journal journal;
@@ -107,8 +108,8 @@ TEST_F(Settings, EachTillOfAShopHasItsNamePortAndPhase)
     ASSERT_EQ(plans.size(), 4U);
     EXPECT_EQ(plans[3].name, "/shop/Config.ini#2");
     EXPECT_EQ(plans[3].folder, "/shop");
-    EXPECT_EQ(Check(plans[2].settings, formats).port, 5015);
-    EXPECT_EQ(Check(plans[3].settings, formats).port, 5025);
+    EXPECT_EQ(Check(plans[2].settings, formats).port, 5035);
+    EXPECT_EQ(Check(plans[3].settings, formats).port, 5045);
     EXPECT_DOUBLE_EQ(plans[3].phase.share, 0.75);
     options.together = true;
     EXPECT_DOUBLE_EQ(Plans(options)[3].phase.share, 0);

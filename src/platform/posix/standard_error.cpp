@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,6 +42,14 @@ StandardError::StandardError()
 bool StandardError::IsTerminal() const
 {
     return ::isatty(descriptor_) == 1;
+}
+
+std::size_t StandardError::Columns() const
+{
+    constexpr std::size_t kUsual = 80;
+    winsize size{};
+    const bool known = ::ioctl(descriptor_, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : kUsual;
 }
 
 void StandardError::Write(std::string_view text)

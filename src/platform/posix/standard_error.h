@@ -15,6 +15,9 @@ public:
 
     [[nodiscard]] bool IsTerminal() const;
 
+    /// Columns of the terminal; 80 where it does not tell.
+    [[nodiscard]] std::size_t Columns() const;
+
     /// Writes what fits at once.
     void Write(std::string_view text);
 
