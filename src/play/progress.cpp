@@ -31,11 +31,6 @@ std::string Left(const Progress& now, std::chrono::seconds elapsed)
            " left";
 }
 
-std::string Counted(std::int64_t count, const std::string& one)
-{
-    return Grouped(count) + " " + one + (count == 1 ? "" : "s");
-}
-
 }  // namespace
 
 std::string ProgressText(const Progress& now, double lately, std::chrono::seconds elapsed)

@@ -5,11 +5,14 @@
 #include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <ranges>
 
 namespace player {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kMostNamed = 10;
 
 double Rounded(double value)
 {
@@ -54,15 +57,21 @@ std::string Text(const char* format, Arguments... arguments)
     return buffer.data();
 }
 
-std::string Counted(std::int64_t number, const std::string& one)
+std::string AndMore(std::size_t count, const std::string& one)
 {
-    return Grouped(number) + " " + one + (number == 1 ? "" : "s");
+    return count <= kMostNamed
+               ? ""
+               : "  and " + Counted(static_cast<std::int64_t>(count - kMostNamed), "further " + one) + "\n";
 }
 
-std::string ErrorLine(const CountedError& error)
+/// The first ones: a thousand tills may have as many.
+std::string ErrorLines(const std::vector<CountedError>& errors)
 {
-    return "  " + std::to_string(error.number) + " " + error.procedure + ": " + error.description +
-           (error.count == 1 ? "" : " (" + Grouped(error.count) + " times)") + "\n";
+    std::string text;
+    for (const CountedError& error : errors | std::views::take(kMostNamed))
+        text += "  " + std::to_string(error.number) + " " + error.procedure + ": " + error.description +
+                (error.count == 1 ? "" : " (" + Grouped(error.count) + " times)") + "\n";
+    return text + AndMore(errors.size(), "error");
 }
 
 std::string Outcomes(const std::vector<Figures>& tills)
@@ -80,7 +89,6 @@ std::string Outcomes(const std::vector<Figures>& tills)
 /// The first of the tills that did not play everything.
 std::string Incomplete(const std::vector<Figures>& tills)
 {
-    constexpr std::size_t kMostNamed = 10;
     std::string text;
     std::size_t count = 0;
     for (const Figures& till : tills) {
@@ -88,9 +96,7 @@ std::string Incomplete(const std::vector<Figures>& tills)
             text += "  " + till.name + ": " + Name(till.outcome) + " after " +
                     Counted(till.records, "record") + "\n";
     }
-    if (count > kMostNamed)
-        text += "  and " + Grouped(static_cast<std::int64_t>(count - kMostNamed)) + " more\n";
-    return text;
+    return text + AndMore(count, "till");
 }
 
 }  // namespace
@@ -128,8 +134,7 @@ std::string SummaryOf(const std::vector<Figures>& tills)
         text += Text("  lateness p50 %.3f ms, p99 %.3f ms, max %.3f ms; ", all.lateness.Percentile(0.5),
                      all.lateness.Percentile(0.99), all.lateness.Greatest()) +
                 Grouped(all.late) + " late by more than an interval\n";
-    for (const CountedError& error : all.errors)
-        text += ErrorLine(error);
+    text += ErrorLines(all.errors);
     return isShop ? text + Incomplete(tills) : text;
 }
 
@@ -140,6 +145,11 @@ std::string Grouped(std::int64_t number)
          place -= 3)
         digits.insert(static_cast<std::size_t>(place), ",");
     return digits;
+}
+
+std::string Counted(std::int64_t number, const std::string& one)
+{
+    return Grouped(number) + " " + one + (number == 1 ? "" : "s");
 }
 
 }  // namespace player

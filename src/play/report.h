@@ -17,4 +17,7 @@ namespace player {
 /// A number with its thousands apart: "1,234,567".
 [[nodiscard]] std::string Grouped(std::int64_t number);
 
+/// "1 record", "1,000 records".
+[[nodiscard]] std::string Counted(std::int64_t number, const std::string& one);
+
 }  // namespace player
