@@ -220,6 +220,21 @@ TEST_F(RecordFeedTest, AKillCostsAtMostTheRecordUnderWay)
     }
 }
 
+TEST_F(RecordFeedTest, AppendingSaysWhatItFindsCutOff)
+{
+    const std::pair<const char*, std::string> cases[] = {
+        {"2,,2026-05-14,\"a\"", "the last line in " + path + " had no end; its record may lack one too\n"},
+        {"2,,2026-05-14,\"a", "the last record in " + path + " was cut off; its 16 bytes are taken away\n"},
+        {"2,,2026-05-14,\"a\"\n", path + " goes on with ref 3\n"}};
+    for (const auto& [row, said] : cases) {
+        WriteFile(path,
+                  "ref,timestamp,datetimestamp,rawtransaction\n1,,2026-05-14,\"\"\n" + std::string(row));
+        const CommandOutcome outcome = RunCommand(RECORD_FEED " --stdin --append " + path + " </dev/null");
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_TRUE(outcome.output.starts_with("record_feed: " + said)) << outcome.output;
+    }
+}
+
 TEST_F(RecordFeedTest, AFullDiskEndsTheRecordingAndLeavesItSound)
 {
     const TemporaryFolder roomy;
