@@ -63,6 +63,12 @@ CLI::Option* AddChoice(tools::Command& command, const char* name, Value& value,
         ->option_text("NAME");
 }
 
+/// A script whose variable is empty does not mean "without the option".
+CLI::Validator NotEmpty()
+{
+    return {[](const std::string& text) { return text.empty() ? "the text is empty" : ""; }, ""};
+}
+
 void AddSourceOptions(tools::Command& command, Typed& typed)
 {
     auto* const protocol =
@@ -96,6 +102,7 @@ void AddCuttingOptions(tools::Command& command, Typed& typed)
         command
             .add_option("--ends-with", typed.endsWith,
                         "streams: a record ends with this text, which belongs to it; \\n \\r \\t \\\\ \\xHH")
+            ->check(NotEmpty())
             ->option_text("TEXT");
     command
         .add_flag("--transfer-time", typed.transferTime,
@@ -115,6 +122,7 @@ void AddOtherOptions(tools::Command& command, Typed& typed)
     command
         .add_option("--forward", typed.forward,
                     "TCP: pass what comes on to this receiver at once, and its answers back to the till")
+        ->check(NotEmpty())
         ->option_text("HOST:PORT");
     command.add_option("--records", typed.records, "end after so many records")
         ->check(tools::WholeNumberIn(1, kMostRecords))
