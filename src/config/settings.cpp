@@ -92,7 +92,7 @@ void frmConnect::SaveConfigSettings()  // continue
     const auto add = [&](const char* section, const char* key, const auto& textOf) {
         pending.Step([&] { entries.push_back({section, key, textOf()}); });
     };
-    const auto save = [&](const char* key, const auto& control, std::string& variable) {
+    const auto addAndTake = [&](const char* key, const auto& control, std::string& variable) {
         add(kConnectionSection, key, [&] { return control.Text(); });
         pending.Step([&] { variable = control.Text(); });
     };
@@ -100,10 +100,10 @@ void frmConnect::SaveConfigSettings()  // continue
     pending.Step([&] {
         TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_), "Timer Speed");
     });
-    save("IpAddress", txtIPAddress, IPAddress);
-    save("PortNumber", txtPortNumber, PortNumber);
-    save("Protocol", cboProtocol, ProtocolName);
-    save("Connect", cboConnect, ConnectMode);
+    addAndTake("IpAddress", txtIPAddress, IPAddress);
+    addAndTake("PortNumber", txtPortNumber, PortNumber);
+    addAndTake("Protocol", cboProtocol, ProtocolName);
+    addAndTake("Connect", cboConnect, ConnectMode);
     const bool reconnect = pending.Test([&] { return chkReconnect.Value() == CheckBox::kTicked; });
     add(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
     ReconnectOn = reconnect;

@@ -37,7 +37,7 @@ void frmConnect::cmdClear_Click()  // continue
 {
     PendingFailure pending;
     pending.Step([&] { tmrSendData.SetEnabled(false); });
-    pending.Step([&] { OpenTransactionSet().MoveFirst(); });
+    pending.Step([&] { Transactions().MoveFirst(); });
     pending.Step([&] { DataViewList.Clear(); });
     pending.Step([&] { WinsockConnect.Close(); });
     RecordsSent = 0;
