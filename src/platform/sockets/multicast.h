@@ -19,7 +19,7 @@ namespace platform::sockets {
 class Multicast final : public MulticastControl {
 public:
     /// Both must outlive the control.
-    Multicast(EventGate& gate, EventLoop& loop) : errors_(gate, loop) {}
+    Multicast(EventGate& gate, EventLoop& loop) : gated_(gate, loop) {}
 
     void OpenGroup(const std::string& groupAddress, std::int32_t port) override;
     void CloseGroup() override;
@@ -33,7 +33,7 @@ private:
     bool closed_ = false;
     FileDescriptor socket_;
     int family_ = 0;
-    GatedEvents errors_;
+    GatedEvents gated_;
 };
 
 }  // namespace platform::sockets

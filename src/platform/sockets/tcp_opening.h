@@ -45,7 +45,7 @@ private:
     Events events_;
     FileDescriptor socket_;
     std::optional<GatedWatch> writable_;
-    GatedEvents failure_;
+    GatedEvents gated_;
 };
 
 /// Waits for TCP peers on a local port, on all addresses. Its events come from the event loop through the
