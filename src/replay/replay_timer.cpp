@@ -45,6 +45,7 @@ bool frmConnect::MakeSocketReady(PendingFailure& pending)
 
 void frmConnect::ReopenSocket(PendingFailure& pending)
 {
+    // This gives up an attempt that is still under way: each has one interval.
     pending.Step([&] { WinsockConnect.Close(); });
     pending.Step([&] { events_.ProcessPending(); });
     if (ReconnectOn && IsClientRole()) {

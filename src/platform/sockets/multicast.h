@@ -15,7 +15,8 @@ namespace platform::sockets {
 /// looped back to receivers on this machine.
 ///
 /// Blanks around an address are dropped. Bytes longer than a datagram can be are a Failure (kMessageTooLong).
-/// No OnError comes after CloseGroup for what happened before it.
+/// No OnError comes after CloseGroup for what happened before it. Errors are not held apart: one comes of a send
+/// alone, so that a handler that opens the group again makes no storm.
 class Multicast final : public MulticastControl {
 public:
     /// Both must outlive the control.
