@@ -69,7 +69,7 @@ private:
     void InitializeDB();
     void RefuseDatabase(const std::string& message);
     [[nodiscard]] std::unique_ptr<platform::Database> OpenDatabaseOfType();
-    [[nodiscard]] platform::RecordSet& OpenTransactionSet();
+    [[nodiscard]] platform::RecordSet& Transactions();
 
     // transport
     void SetWinsockSettings();
@@ -93,10 +93,10 @@ private:
     [[nodiscard]] std::optional<double> AcceptedInterval(const std::string& text) const;
     void ConnectOrListen();
     void tmrSendData_Timer();
-    [[nodiscard]] bool SocketReady(PendingFailure& pending);
+    [[nodiscard]] bool MakeSocketReady(PendingFailure& pending);
     void ReopenSocket(PendingFailure& pending);
     void ReportSocketState(PendingFailure& pending);
-    [[nodiscard]] bool FileComplete(PendingFailure& pending);
+    [[nodiscard]] bool StopAtEnd(PendingFailure& pending);
     void SendCurrentRecord(PendingFailure& pending);
     void SendRecord(PendingFailure& pending, const std::string& recordText);
     void ShowRecordedTime();

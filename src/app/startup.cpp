@@ -1,5 +1,3 @@
-#include <initializer_list>
-
 #include "app/frm_connect.h"
 
 namespace trellivan {
@@ -28,19 +26,19 @@ void frmConnect::OpenTransport(PendingFailure& pending)
 void frmConnect::DefaultSettings()  // continue
 {
     PendingFailure pending;
-    const auto addItems = [&](platform::DropDownList& list, std::initializer_list<const char*> items) {
-        for (const auto* item : items)
-            pending.Step([&] { list.AddItem(item); });
+    const auto addNames = [&](platform::DropDownList& list, const auto& choices) {
+        for (const auto choice : choices)
+            pending.Step([&] { list.AddItem(NameOf(choice)); });
     };
     pending.Step([&] { tmrSendData.SetEnabled(false); });
     TimerInterval = 25;
     pending.Step([&] { tmrSendData.SetInterval(TimerInterval); });
     pending.Step([&] { txtIPAddress.SetText("127.0.0.1"); });
     pending.Step([&] { txtPortNumber.SetText("5015"); });
-    addItems(cboProtocol, {"TCP", "UDP", "MCAST"});
-    pending.Step([&] { cboProtocol.SetText("TCP"); });
-    addItems(cboConnect, {"Listen", "Connect"});
-    pending.Step([&] { cboConnect.SetText("Connect"); });
+    addNames(cboProtocol, kProtocols);
+    pending.Step([&] { cboProtocol.SetText(NameOf(Protocol::kTcp)); });
+    addNames(cboConnect, kRoles);
+    pending.Step([&] { cboConnect.SetText(NameOf(Role::kConnect)); });
     pending.Step([&] { chkReconnect.SetValue(platform::CheckBox::kUnticked); });
     pending.Step([&] { txtFilePath.SetText(""); });
     FilePath.clear();

@@ -92,18 +92,20 @@ void frmConnect::SaveConfigSettings()  // continue
     const auto add = [&](const char* section, const char* key, const auto& textOf) {
         pending.Step([&] { entries.push_back({section, key, textOf()}); });
     };
-    const auto save = [&](const char* key, const auto& control, std::string& variable) {
+    const auto addAndTake = [&](const char* key, const auto& control, std::string& variable) {
         add(kConnectionSection, key, [&] { return control.Text(); });
         pending.Step([&] { variable = control.Text(); });
     };
     add(kTimerSection, "Interval", [&] { return txtTimerInterval.Text(); });
+    // The timer is not told: Play and Pause do that, and hold the number against the longest interval first.
     pending.Step([&] {
         TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_), "Timer Speed");
     });
-    save("IpAddress", txtIPAddress, IPAddress);
-    save("PortNumber", txtPortNumber, PortNumber);
-    save("Protocol", cboProtocol, ProtocolName);
-    save("Connect", cboConnect, ConnectMode);
+    addAndTake("IpAddress", txtIPAddress, IPAddress);
+    addAndTake("PortNumber", txtPortNumber, PortNumber);
+    addAndTake("Protocol", cboProtocol, ProtocolName);
+    addAndTake("Connect", cboConnect, ConnectMode);
+    // A failing test counts as passed, here as everywhere: then Reconnect is on.
     const bool reconnect = pending.Test([&] { return chkReconnect.Value() == CheckBox::kTicked; });
     add(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
     ReconnectOn = reconnect;
@@ -113,6 +115,7 @@ void frmConnect::SaveConfigSettings()  // continue
     RecordIfPending(pending, "frmConnect.SaveConfigSettings");
 }
 
+/// Clears first, because Play keeps the settings of a connection that is there: without one the next Play takes the new.
 void frmConnect::cmdApply_Click()  // no failure handling of its own: both steps have theirs
 {
     cmdClear_Click();

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "command_line/command.h"
+#include "command_line/numbers.h"
 #include "play/usage_error.h"
 
 namespace player {
@@ -41,20 +42,6 @@ std::optional<std::int64_t> WholeNumber(std::string_view text)
     std::int64_t number = 0;
     const auto read = std::from_chars(text.begin(), text.end(), number);
     return read.ec == std::errc() && read.ptr == text.end() ? std::optional(number) : std::nullopt;
-}
-
-/// As CLI11's own range, which lets "nan" through.
-CLI::Validator NumberIn(double lowest, double highest)
-{
-    const auto problem = [lowest, highest](const std::string& text) -> std::string {
-        double number = 0;
-        const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-        const bool isNumber = read.ec == std::errc() && read.ptr == text.data() + text.size();
-        return isNumber && number >= lowest && number <= highest
-                   ? ""
-                   : text + " is no number that makes sense here";
-    };
-    return CLI::Validator(problem, "");
 }
 
 Shard ShardFrom(const std::string& text)
@@ -153,13 +140,13 @@ void CommandLine::AddRhythm()
         app_.add_flag("--recorded", recorded_, "in the rhythm of the recording")->group("Rhythm");
     app_.add_option("--speed", speed_, "with --recorded: so many times as fast")
         ->option_text("X")
-        ->check(NumberIn(1e-6, 1e9))
+        ->check(tools::NumberIn(1e-6, 1e9))
         ->needs(recorded)
         ->group("Rhythm");
     app_.add_option("--longest-gap", longestGap_,
                     "with --recorded: shorten longer pauses of the feed to this")
         ->option_text("SECONDS")
-        ->check(NumberIn(0, kLongestTime))
+        ->check(tools::NumberIn(0, kLongestTime))
         ->needs(recorded)
         ->group("Rhythm");
     app_.add_flag("--unpaced", options_.unpaced, "as fast as the receiver takes the records")
@@ -167,7 +154,7 @@ void CommandLine::AddRhythm()
         ->group("Rhythm");
     app_.add_option("--wait", wait_, "for the receiver, at the beginning and after a lost connection (10)")
         ->option_text("SECONDS")
-        ->check(NumberIn(0, kLongestTime))
+        ->check(tools::NumberIn(0, kLongestTime))
         ->group("Rhythm");
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "command_line/command.h"
+#include "command_line/numbers.h"
 #include "platform/ansi_code_page.h"
 
 namespace record {
@@ -14,8 +15,9 @@ namespace {
 enum class Protocol { kTcp, kUdp, kGroup };
 enum class Role { kListen, kConnect };
 
-constexpr std::int64_t kLongestGap = 86'400'000;     // a day, in milliseconds
-constexpr double kLongestDuration = 366.0 * 86'400;  // a year, in seconds
+constexpr std::int64_t kLongestGap = 86'400'000;                                 // a day, in milliseconds
+constexpr double kLongestDuration = 366.0 * 86'400;                              // a year, in seconds
+constexpr std::int64_t kMostRecords = std::numeric_limits<std::int32_t>::max();  // that have a ref
 constexpr std::chrono::milliseconds kUsualGap{250};
 
 /// The options as they were typed, before they are held against one another.
@@ -61,6 +63,12 @@ CLI::Option* AddChoice(tools::Command& command, const char* name, Value& value,
         ->option_text("NAME");
 }
 
+/// A script whose variable is empty does not mean "without the option".
+CLI::Validator NotEmpty()
+{
+    return {[](const std::string& text) { return text.empty() ? "the text is empty" : ""; }, ""};
+}
+
 void AddSourceOptions(tools::Command& command, Typed& typed)
 {
     auto* const protocol =
@@ -76,8 +84,9 @@ void AddSourceOptions(tools::Command& command, Typed& typed)
                         "the till to go to, the group to join, or with Listen the address of this "
                         "machine to wait at; without it that is any")
             ->option_text("HOST");
-    auto* const port =
-        command.add_option("--port", typed.port, "the port; with Listen 0 is any free one")->option_text("N");
+    auto* const port = command.add_option("--port", typed.port, "the port; with Listen 0 is any free one")
+                           ->check(tools::WholeNumberIn(0, std::numeric_limits<std::uint16_t>::max()))
+                           ->option_text("N");
     auto* const standardInput =
         command.add_flag("--stdin", typed.standardInput, "read standard input instead of a network");
     for (CLI::Option* const other : {protocol, role, address, port})
@@ -87,12 +96,13 @@ void AddSourceOptions(tools::Command& command, Typed& typed)
 void AddCuttingOptions(tools::Command& command, Typed& typed)
 {
     command.add_option("--gap", typed.gap, "streams: a record ends when nothing has come for so long (250)")
-        ->check(CLI::Range(std::int64_t{1}, kLongestGap))
+        ->check(tools::WholeNumberIn(1, kLongestGap))
         ->option_text("MS");
     auto* const endsWith =
         command
             .add_option("--ends-with", typed.endsWith,
                         "streams: a record ends with this text, which belongs to it; \\n \\r \\t \\\\ \\xHH")
+            ->check(NotEmpty())
             ->option_text("TEXT");
     command
         .add_flag("--transfer-time", typed.transferTime,
@@ -112,12 +122,13 @@ void AddOtherOptions(tools::Command& command, Typed& typed)
     command
         .add_option("--forward", typed.forward,
                     "TCP: pass what comes on to this receiver at once, and its answers back to the till")
+        ->check(NotEmpty())
         ->option_text("HOST:PORT");
     command.add_option("--records", typed.records, "end after so many records")
-        ->check(CLI::Range(std::uint64_t{1}, std::numeric_limits<std::uint64_t>::max()))
+        ->check(tools::WholeNumberIn(1, kMostRecords))
         ->option_text("N");
     command.add_option("--seconds", typed.seconds, "end after so long")
-        ->check(CLI::Range(0.001, kLongestDuration))
+        ->check(tools::NumberIn(0.001, kLongestDuration))
         ->option_text("S");
     command.add_flag("--append", typed.append, "go on in a recording; its ref counts on");
     command.add_flag("--quiet", typed.quiet, "no progress, messages and summary");

@@ -94,8 +94,7 @@ FileDescriptor OpenLocalPort(const HostAndPort& at, int type)
     FileDescriptor socket =
         at.host.empty() ? OpenOnAll(at.port, type, sharing) : OpenBound(TypedAddress(at), type, sharing);
     if (!socket.IsOpen())
-        throw SocketFailure(platform::sockets::LastError(),
-                            "Cannot open local port " + std::to_string(at.port));
+        throw SocketFailure(platform::LastError(), "Cannot open local port " + std::to_string(at.port));
     return socket;
 }
 
@@ -111,7 +110,7 @@ JoinedGroup JoinGroup(const HostAndPort& at)
         socket = OpenBound(AnyAddress(group.Family(), at.port), SOCK_DGRAM, Sharing::kYes);
     const std::string joined = socket.IsOpen() ? JoinOnAll(socket, group) : "";
     if (joined.empty())
-        throw SocketFailure(platform::sockets::LastError(), "Cannot join group " + group.Text());
+        throw SocketFailure(platform::LastError(), "Cannot join group " + group.Text());
     SetOption(socket, IPPROTO_IP, IP_MULTICAST_ALL, 0);
     SetOption(socket, IPPROTO_IPV6, IPV6_MULTICAST_ALL, 0);
     return {std::move(socket), joined};

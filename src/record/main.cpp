@@ -53,6 +53,8 @@ void SayWhatWasFound(const RecordingFile& file, Console& console)
     if (file.TornBytes() > 0)
         console.Say("the last record in " + file.Path() + " was cut off; its " +
                     std::to_string(file.TornBytes()) + " bytes are taken away");
+    if (file.LastRowMayBeTorn())
+        console.Say("the last line in " + file.Path() + " had no end; its record may lack one too");
     if (file.NextRef() > 1)
         console.Say(file.Path() + " goes on with ref " + std::to_string(file.NextRef()));
 }

@@ -108,7 +108,8 @@ try {
     size_ -= tornBytes_;
     if (tornBytes_ > 0)
         CutTo(size_);
-    if (reader.Tail() == tools::CsvTail::kNoLineEnd)
+    lastRowMayBeTorn_ = reader.Tail() == tools::CsvTail::kNoLineEnd;
+    if (lastRowMayBeTorn_)
         AppendBytes("\n");
 } catch (const platform::Failure& failure) {
     if (failure.Number() != platform::failure::kTypeMismatch)

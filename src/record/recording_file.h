@@ -39,6 +39,10 @@ public:
     /// How many bytes of a torn row were taken away from the end.
     [[nodiscard]] std::uint64_t TornBytes() const { return tornBytes_; }
 
+    /// True when the last row, to which the end of its line was added, may itself be cut off: behind a quote that
+    /// was to be the first of two. It is kept.
+    [[nodiscard]] bool LastRowMayBeTorn() const { return lastRowMayBeTorn_; }
+
     /// How many rows this program has written.
     [[nodiscard]] std::uint64_t Rows() const { return rows_; }
 
@@ -75,6 +79,7 @@ private:
     std::uint64_t size_ = 0;
     std::int64_t nextRef_ = 1;
     std::uint64_t tornBytes_ = 0;
+    bool lastRowMayBeTorn_ = false;
     std::uint64_t rows_ = 0;
     std::string added_;
     std::vector<std::size_t> addedEnds_;  // of each row in added_

@@ -18,8 +18,7 @@ TcpListenSource::TcpListenSource(const Surroundings& surroundings)
 {
     const auto address = platform::sockets::SocketAddress::OfSocket(socket_.Number());
     if (::listen(socket_.Number(), SOMAXCONN) != 0)
-        throw platform::sockets::SocketFailure(platform::sockets::LastError(),
-                                               "Cannot listen on " + address.Text());
+        throw platform::sockets::SocketFailure(platform::LastError(), "Cannot listen on " + address.Text());
     around_.console.Say("waiting for a till on port " + std::to_string(address.Port()));
 }
 
@@ -34,7 +33,7 @@ void TcpListenSource::AcceptOne()
     platform::FileDescriptor socket(
         ::accept4(socket_.Number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
     if (!socket.IsOpen()) {
-        const auto reason = platform::sockets::LastError();
+        const auto reason = platform::LastError();
         if (!platform::sockets::IsPassing(reason) && !std::exchange(saidThatNobodyCanCome_, true))
             around_.console.Say(
                 platform::sockets::SocketFailure(reason, "a till cannot be accepted").Description());

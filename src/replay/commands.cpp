@@ -37,7 +37,7 @@ void frmConnect::cmdClear_Click()  // continue
 {
     PendingFailure pending;
     pending.Step([&] { tmrSendData.SetEnabled(false); });
-    pending.Step([&] { OpenTransactionSet().MoveFirst(); });
+    pending.Step([&] { Transactions().MoveFirst(); });
     pending.Step([&] { DataViewList.Clear(); });
     pending.Step([&] { WinsockConnect.Close(); });
     RecordsSent = 0;
@@ -62,9 +62,8 @@ std::optional<double> frmConnect::AcceptedInterval(const std::string& text) cons
     return platform::RoundHalfToEven(*number);
 }
 
-/// Called after the set-up, which in the role Listen has opened the port already. Over UDP and MCAST it has only bound
-/// it (State is kOpen), and a tick sends only once the socket listens; so Play opens it again, whatever the protocol.
-/// Over TCP that changes nothing but the status list, which shows the listening line twice.
+/// The set-up only binds UDP (kOpen), and a tick sends only while the socket listens. So Play closes and listens, for TCP
+/// too, where it only repeats the status line.
 void frmConnect::ConnectOrListen()
 {
     WinsockConnect.Close();

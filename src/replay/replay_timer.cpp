@@ -13,18 +13,18 @@ void frmConnect::tmrSendData_Timer()  // continue; a tick that ends early record
         return;
     if (!TransactionSet)
         InitializeDB();
-    if (!IsMulticast() && !SocketReady(pending))
+    if (!IsMulticast() && !MakeSocketReady(pending))
         return;
-    if (pending.Test([&] { return OpenTransactionSet().RecordCount() > 0; })) {
-        if (FileComplete(pending))
+    if (pending.Test([&] { return Transactions().RecordCount() > 0; })) {
+        if (StopAtEnd(pending))
             return;
         SendCurrentRecord(pending);
     }
     RecordIfPending(pending, "frmConnect.tmrSendData");
 }
 
-/// True when the tick may send.
-bool frmConnect::SocketReady(PendingFailure& pending)
+/// Opens the socket anew where it is neither connected nor listening. True when the tick may send.
+bool frmConnect::MakeSocketReady(PendingFailure& pending)
 {
     platform::SocketState savedState = WinsockControl::kClosed;
     pending.Step([&] { savedState = WinsockConnect.State(); });
@@ -45,6 +45,7 @@ bool frmConnect::SocketReady(PendingFailure& pending)
 
 void frmConnect::ReopenSocket(PendingFailure& pending)
 {
+    // This gives up an attempt that is still under way: each has one interval.
     pending.Step([&] { WinsockConnect.Close(); });
     pending.Step([&] { events_.ProcessPending(); });
     if (ReconnectOn && IsClientRole()) {
@@ -66,9 +67,10 @@ void frmConnect::ReportSocketState(PendingFailure& pending)
     pending.Step([&] { tmrSendData.SetEnabled(false); });
 }
 
-bool frmConnect::FileComplete(PendingFailure& pending)
+/// True, with the replay stopped, when the last record has been sent.
+bool frmConnect::StopAtEnd(PendingFailure& pending)
 {
-    if (!pending.Test([&] { return OpenTransactionSet().AtEOF(); }))
+    if (!pending.Test([&] { return Transactions().AtEOF(); }))
         return false;
     pending.Step([&] { ShowStatus("  File Complete"); });
     pending.Step([&] { tmrSendData.SetEnabled(false); });
@@ -78,13 +80,13 @@ bool frmConnect::FileComplete(PendingFailure& pending)
 void frmConnect::SendCurrentRecord(PendingFailure& pending)
 {
     std::string recordText;
-    pending.Step([&] { recordText = ToText(OpenTransactionSet().Field("rawtransaction"), formats_); });
+    pending.Step([&] { recordText = ToText(Transactions().Field("rawtransaction"), formats_); });
     pending.Step([&] { DataViewList.AddItem(recordText); });
     SendRecord(pending, recordText);
     pending.Step([&] { ShowRecordedTime(); });
     pending.Step([&] { DataViewList.SetListIndex(RecordsSent); });
     pending.Step([&] { RecordsSent = platform::Successor(RecordsSent); });
-    pending.Step([&] { OpenTransactionSet().MoveNext(); });
+    pending.Step([&] { Transactions().MoveNext(); });
 }
 
 void frmConnect::SendRecord(PendingFailure& pending, const std::string& recordText)
@@ -97,7 +99,7 @@ void frmConnect::SendRecord(PendingFailure& pending, const std::string& recordTe
     } else if (pending.Test([&] { return chkTransferTime.Value() == platform::CheckBox::kTicked; })) {
         pending.Step([&] {
             WinsockConnect.SendData(
-                WithRecordedTime(recordText, OpenTransactionSet().Field("timestamp"), formats_));
+                WithRecordedTime(recordText, Transactions().Field("timestamp"), formats_));
         });
     } else {
         pending.Step([&] { WinsockConnect.SendData(recordText); });
@@ -107,9 +109,9 @@ void frmConnect::SendRecord(PendingFailure& pending, const std::string& recordTe
 void frmConnect::ShowRecordedTime()
 {
     if (platform::UpperCase(FileType) == "SDD")
-        txtDBTime.SetText(LongTimeText(OpenTransactionSet().Field("datetimestamp"), formats_));
+        txtDBTime.SetText(LongTimeText(Transactions().Field("datetimestamp"), formats_));
     else
-        txtDBTime.SetText(ToText(OpenTransactionSet().Field("timestamp"), formats_));
+        txtDBTime.SetText(ToText(Transactions().Field("timestamp"), formats_));
 }
 
 }  // namespace trellivan

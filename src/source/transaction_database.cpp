@@ -47,7 +47,7 @@ void frmConnect::RefuseDatabase(const std::string& message)
     ShowStatus(message);
 }
 
-platform::RecordSet& frmConnect::OpenTransactionSet()
+platform::RecordSet& frmConnect::Transactions()
 {
     if (!TransactionSet)
         throw platform::Failure(platform::failure::kObjectNotSet, "No record set is open");

@@ -58,9 +58,11 @@ void frmConnect::WinsockConnect_Error(int number, const std::string& description
         pending.Step([&] { ShowStatus("  Listening on Port " + PortNumber); });
     } else if (ReconnectOn) {
         pending.Step([&] { ShowStatus("  Reconnecting to IP " + IPAddress + "  "); });
+        // The set-up stops the replay too: after an error it waits for Play.
         SetWinsockSettings();
         pending.Step([&] { WinsockConnect.Connect(); });
     }
+    // Saving also takes over what the boxes say: Reconnect counts from here on, where no set-up has read it too.
     SaveConfigSettings();
     RecordIfPending(pending, "frmConnect.WinsockConnect.Error");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <string>
+#include <array>
+#include <optional>
 #include <string_view>
 
 #include "platform/conversions.h"
@@ -13,20 +14,65 @@ enum class Protocol { kTcp, kUdp, kMulticast };
 /// Who opens the connection: this program, or the receiver while this program waits for it.
 enum class Role { kConnect, kListen };
 
-/// The protocol that a name of the settings means, in any letter case. Every name but "TCP" and "MCAST" means UDP, also
-/// one that somebody typed into the settings file.
-[[nodiscard]] inline Protocol ProtocolOf(std::string_view name)
+/// In the order of the window's lists.
+inline constexpr std::array kProtocols = {Protocol::kTcp, Protocol::kUdp, Protocol::kMulticast};
+inline constexpr std::array kRoles = {Role::kListen, Role::kConnect};
+
+/// The name that the window's list shows and the settings keep.
+[[nodiscard]] constexpr const char* NameOf(Protocol protocol)
 {
-    const std::string word = platform::UpperCase(name);
-    if (word == "TCP")
-        return Protocol::kTcp;
-    return word == "MCAST" ? Protocol::kMulticast : Protocol::kUdp;
+    switch (protocol) {
+        case Protocol::kTcp:
+            return "TCP";
+        case Protocol::kUdp:
+            return "UDP";
+        case Protocol::kMulticast:
+            return "MCAST";
+    }
+    return "";
 }
 
-/// The role that a name of the settings means, in any letter case. Every name but "Connect" means listening.
+[[nodiscard]] constexpr const char* NameOf(Role role)
+{
+    switch (role) {
+        case Role::kConnect:
+            return "Connect";
+        case Role::kListen:
+            return "Listen";
+    }
+    return "";
+}
+
+/// The protocol or role of this name, in any letter case; nothing for any other text.
+[[nodiscard]] inline std::optional<Protocol> ProtocolNamed(std::string_view name)
+{
+    for (const Protocol protocol : kProtocols) {
+        if (platform::SameName(name, NameOf(protocol)))
+            return protocol;
+    }
+    return std::nullopt;
+}
+
+[[nodiscard]] inline std::optional<Role> RoleNamed(std::string_view name)
+{
+    for (const Role role : kRoles) {
+        if (platform::SameName(name, NameOf(role)))
+            return role;
+    }
+    return std::nullopt;
+}
+
+/// The protocol that a text of the settings means. Every name but "TCP" and "MCAST" means UDP, also one that somebody
+/// typed into the settings file.
+[[nodiscard]] inline Protocol ProtocolOf(std::string_view name)
+{
+    return ProtocolNamed(name).value_or(Protocol::kUdp);
+}
+
+/// The role that a text of the settings means. Every name but "Connect" means listening.
 [[nodiscard]] inline Role RoleOf(std::string_view name)
 {
-    return platform::UpperCase(name) == "CONNECT" ? Role::kConnect : Role::kListen;
+    return RoleNamed(name).value_or(Role::kListen);
 }
 
 }  // namespace trellivan

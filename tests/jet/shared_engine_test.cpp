@@ -5,7 +5,7 @@
 #include "make_database/database_writer.h"
 #include "platform/failure.h"
 #include "platform/jet/byte_source.h"
-#include "platform/jet/engine.h"
+#include "platform/jet/shared_engine.h"
 #include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"

@@ -220,6 +220,21 @@ TEST_F(RecordFeedTest, AKillCostsAtMostTheRecordUnderWay)
     }
 }
 
+TEST_F(RecordFeedTest, AppendingSaysWhatItFindsCutOff)
+{
+    const std::pair<const char*, std::string> cases[] = {
+        {"2,,2026-05-14,\"a\"", "the last line in " + path + " had no end; its record may lack one too\n"},
+        {"2,,2026-05-14,\"a", "the last record in " + path + " was cut off; its 16 bytes are taken away\n"},
+        {"2,,2026-05-14,\"a\"\n", path + " goes on with ref 3\n"}};
+    for (const auto& [row, said] : cases) {
+        WriteFile(path,
+                  "ref,timestamp,datetimestamp,rawtransaction\n1,,2026-05-14,\"\"\n" + std::string(row));
+        const CommandOutcome outcome = RunCommand(RECORD_FEED " --stdin --append " + path + " </dev/null");
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_TRUE(outcome.output.starts_with("record_feed: " + said)) << outcome.output;
+    }
+}
+
 TEST_F(RecordFeedTest, AFullDiskEndsTheRecordingAndLeavesItSound)
 {
     const TemporaryFolder roomy;
@@ -285,8 +300,13 @@ TEST_F(RecordFeedTest, SaysInOneLineWhatMakesNoSense)
         {"--port 1 --forward a", "\"a\" is no HOST:PORT", 2},
         {"--port 1 --forward :5", "\":5\" is no HOST:PORT", 2},
         {"--port 1 --gap 0", "--gap", 2},
+        {"--port 1 --gap 1.5", "--gap: 1.5 is no whole number from 1 to 86400000", 2},
         {"--port 1 --records 0", "--records", 2},
         {"--port 1 --seconds -1", "--seconds", 2},
+        {"--port 1 --seconds nan", "--seconds: nan is no number that makes sense here", 2},
+        {"--port 1 --ends-with ''", "--ends-with: the text is empty", 2},
+        {"--protocol UDP --port 1 --ends-with ''", "--ends-with: the text is empty", 2},
+        {"--port 1 --forward ''", "--forward: the text is empty", 2},
         {"--port 1 --ends-with '\\q'", "behind \\ stands n, r, t, \\ or x", 2},
         {"--port 1 --ends-with '\\x1'", "behind \\ stands n, r, t, \\ or x", 2},
         {"--port 1 --ends-with \u0416", "a character that code page 1252 lacks", 2},

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/jet/byte_view.h"
-#include "platform/jet/layout.h"
+#include "platform/jet/data_page.h"
 
 namespace platform::jet {
 

@@ -6,6 +6,7 @@
 #include "platform/jet/page_file.h"
 #include "platform/jet/table_definition.h"
 
+/// In which order rows come. index_order.cpp asks the indexes, sorted_order.cpp sorts and decides between the two.
 namespace platform::jet {
 
 /// The positions of all rows of a table in ascending order of a column, nulls first, equal keys in the order

@@ -10,6 +10,8 @@
 #include "platform/jet/page_file.h"
 #include "platform/jet/row.h"
 
+/// What sorting rows takes: their keys (sort_key.cpp, text_sort_key.cpp for texts), sorting by numbers
+/// (number_entry.cpp) and by bytes (key_sort.cpp).
 namespace platform::jet {
 
 /// True for columns whose order a number of 64 bits can tell; for the others it takes bytes.

@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/jet/layout.h"
+#include "platform/jet/data_page.h"
 #include "platform/jet/page_file.h"
 
+/// What a table is: its definition (table_definition.cpp), and how the catalogue names it (catalogue.cpp).
 namespace platform::jet {
 
 enum class ColumnType : std::uint8_t {

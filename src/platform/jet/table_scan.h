@@ -5,11 +5,11 @@
 #include <functional>
 #include <vector>
 
-#include "platform/jet/layout.h"
 #include "platform/jet/page_file.h"
 #include "platform/jet/row.h"
 #include "platform/jet/table_definition.h"
 
+/// The rows of a table in the order of storage (table_scan.cpp), and the maps that tell its pages (usage_map.cpp).
 namespace platform::jet {
 
 /// Visits every row of a table in the order of storage, with its position. Reads each page of the table once;

@@ -118,7 +118,7 @@ void Multicast::CloseGroup()
 {
     closed_ = true;
     socket_.Close();
-    errors_.Drop();
+    gated_.Drop();
 }
 
 void Multicast::SendToGroup(const std::vector<std::uint8_t>& bytes, const std::string& groupAddress,
@@ -151,7 +151,7 @@ void Multicast::OpenFor(const SocketAddress& group)
 
 void Multicast::Report(const std::error_code& error, const std::string& what)
 {
-    errors_.Post([this, reason = SocketFailure(error, what)] {
+    gated_.Post([this, reason = SocketFailure(error, what)] {
         if (OnError)
             OnError(reason.Number(), reason.Description());
     });

@@ -15,11 +15,12 @@ namespace platform::sockets {
 /// looped back to receivers on this machine.
 ///
 /// Blanks around an address are dropped. Bytes longer than a datagram can be are a Failure (kMessageTooLong).
-/// No OnError comes after CloseGroup for what happened before it.
+/// No OnError comes after CloseGroup for what happened before it. Errors are not held apart: one comes of a send
+/// alone, so that a handler that opens the group again makes no storm.
 class Multicast final : public MulticastControl {
 public:
     /// Both must outlive the control.
-    Multicast(EventGate& gate, EventLoop& loop) : errors_(gate, loop) {}
+    Multicast(EventGate& gate, EventLoop& loop) : gated_(gate, loop) {}
 
     void OpenGroup(const std::string& groupAddress, std::int32_t port) override;
     void CloseGroup() override;
@@ -33,7 +34,7 @@ private:
     bool closed_ = false;
     FileDescriptor socket_;
     int family_ = 0;
-    GatedEvents errors_;
+    GatedEvents gated_;
 };
 
 }  // namespace platform::sockets

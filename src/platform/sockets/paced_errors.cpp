@@ -11,8 +11,8 @@ constexpr std::chrono::milliseconds kApart{500};
 
 PacedErrors::PacedErrors(EventGate& gate, EventLoop& loop, std::function<void(const Failure&)> raise)
     : raise_(std::move(raise)),
-      events_(gate, loop),
-      alarm_(loop.NewAlarm([this] { events_.Enter([this] { RaiseHeld(); }); }))
+      gated_(gate, loop),
+      alarm_(loop.NewAlarm([this] { gated_.Enter([this] { RaiseHeld(); }); }))
 {}
 
 void PacedErrors::Report(Failure reason)
@@ -28,7 +28,7 @@ void PacedErrors::Drop()
 {
     held_.reset();
     alarm_->Clear();
-    events_.Drop();
+    gated_.Drop();
 }
 
 void PacedErrors::RaiseHeld()

@@ -33,7 +33,7 @@ private:
     std::function<void(const Failure&)> raise_;
     std::optional<Failure> held_;
     Clock::time_point earliest_;  // moment of the next one
-    GatedEvents events_;
+    GatedEvents gated_;
     std::unique_ptr<Alarm> alarm_;
 };
 

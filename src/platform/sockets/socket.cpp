@@ -79,18 +79,13 @@ FileDescriptor OpenInFamily(int family, int type, std::uint16_t port)
 
 }  // namespace
 
-std::error_code LastError()
-{
-    return {errno, std::system_category()};
-}
-
 std::error_code PendingError(const FileDescriptor& socket)
 {
     int error = 0;
     socklen_t size = sizeof error;
     if (::getsockopt(socket.Number(), SOL_SOCKET, SO_ERROR, &error, &size) != 0)
         return LastError();
-    return {error, std::system_category()};
+    return {error, std::generic_category()};
 }
 
 bool IsPassing(const std::error_code& error)

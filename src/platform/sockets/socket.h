@@ -6,14 +6,12 @@
 
 #include "platform/failure.h"
 #include "platform/posix/file_descriptor.h"
+#include "platform/posix/system_calls.h"
 
 namespace platform::sockets {
 
-/// The system's calls on sockets, and what they report. Below a Failure every error is a std::error_code of
-/// the system's category.
-
-/// Why the call failed that the calling thread made last.
-[[nodiscard]] std::error_code LastError();
+/// The system's calls on sockets, and what they report. Below a Failure every error is a std::error_code, as
+/// LastError has it.
 
 /// Why a connection that was under way has failed; none while it has not.
 [[nodiscard]] std::error_code PendingError(const FileDescriptor& socket);

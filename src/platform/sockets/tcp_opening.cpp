@@ -55,7 +55,7 @@ TcpConnector::TcpConnector(EventGate& gate, EventLoop& loop, std::vector<SocketA
       loop_(loop),
       addresses_(std::move(addresses)),
       events_(std::move(events)),
-      failure_(gate, loop)
+      gated_(gate, loop)
 {}
 
 void TcpConnector::Start()
@@ -67,7 +67,7 @@ void TcpConnector::Start()
 void TcpConnector::StartQuietly()
 {
     if (const auto error = TryRemaining())
-        failure_.Post([this, error] { Fail(error); });
+        gated_.Post([this, error] { Fail(error); });
 }
 
 std::error_code TcpConnector::TryRemaining()

@@ -33,6 +33,7 @@ public:
     void StartQuietly();
 
 private:
+    /// None where an attempt is under way; else the error of the last one.
     [[nodiscard]] std::error_code TryRemaining();
     [[nodiscard]] std::error_code Try(const SocketAddress& address);
     void Fail(const std::error_code& error) { events_.failed(error, addresses_[tried_ - 1]); }
@@ -45,7 +46,7 @@ private:
     Events events_;
     FileDescriptor socket_;
     std::optional<GatedWatch> writable_;
-    GatedEvents failure_;
+    GatedEvents gated_;
 };
 
 /// Waits for TCP peers on a local port, on all addresses. Its events come from the event loop through the

@@ -89,14 +89,19 @@ private:
 
     /// What is open, if it is that; null otherwise.
     template <class Socket>
-    [[nodiscard]] Socket* Open() const;
+    [[nodiscard]] Socket* OpenAs() const
+    {
+        const auto* const open = std::get_if<std::unique_ptr<Socket>>(&opened_);
+        return open != nullptr ? open->get() : nullptr;
+    }
 
     void RequireClosed(const char* operation) const;
     void ConnectTcp();
-    [[nodiscard]] std::unique_ptr<TcpConnector> Calling(Addresses addresses);
-    [[nodiscard]] std::unique_ptr<TcpConnection> Serving(FileDescriptor socket);
     void OpenUdp(UdpSocket::Role role, std::uint16_t port);
 
+    // winsock_events.cpp
+    [[nodiscard]] std::unique_ptr<TcpConnector> Calling(Addresses addresses);
+    [[nodiscard]] std::unique_ptr<TcpConnection> Serving(FileDescriptor socket);
     void CallFound(const Addresses& addresses);
     void TakeFoundTarget(const Addresses& addresses);
     void Connected(FileDescriptor socket);
@@ -106,6 +111,7 @@ private:
     void Finished();
     void Lose(const std::error_code& error);
     void Fail(const Failure& reason);
+    void RaiseError(const Failure& reason);
 
     EventGate& gate_;
     EventLoop& loop_;
