@@ -71,15 +71,6 @@ TEST(ProfileText, FindsAValueAsPeopleWriteIt)
         EXPECT_EQ(Find(text, "TCP/IP Settings", "Port"), value) << text;
 }
 
-TEST(ProfileText, CutsAValueAtCharactersNotBytes)
-{
-    for (const std::string& stored : {std::string("\xC3\xA9\xC3\xA9\xC3\xA9"), std::string("\xE9\xE9\xE9")}) {
-        const std::string text = "[S]\nk=" + stored;
-        EXPECT_EQ(Find(text, "S", "k", 2), "\xC3\xA9\xC3\xA9");
-        EXPECT_EQ(Find(text, "S", "k", 0), "");
-    }
-}
-
 TEST(ProfileText, ChangesNoByteButTheValue)
 {
     const struct {
