@@ -58,28 +58,22 @@ TEST(ErrorLogLimits, AnAgeBeyondAllDatesIsRecordedAndNothingIsTrimmed)
     EXPECT_EQ(program.TakeRecordNames(), Texts{"modGlobals.GlobalsMain"});
 }
 
-TEST(OpenFile, ClosesTheSocketAndOpensTheChosenFile)
+TEST(OpenFile, ClosesTheSocketAndStartsAtTheFirstRowOfTheChosenFile)
 {
     Program program;
     program.StartConnected();
-    program.files.contents["/data/other.sdd"] = "";
-    program.OpenFile("/data/other.sdd");
+    program.Tick();
+    program.files.contents["/data/other.mdb"] = "";
+    program.OpenFile("/data/other.mdb");
     EXPECT_EQ(program.TakeCalls({"CommonDialogueDBFile"}),
               (Texts{"SetCancelError true", "SetFilter Database Files|*.mdb;*.sdd", "ShowOpen", "FileName"}));
     EXPECT_EQ(program.WinsockConnect.state, platform::WinsockControl::kClosed);
-    EXPECT_EQ(program.txtFilePath.text, "/data/other.sdd");
+    EXPECT_EQ(program.txtFilePath.text, "/data/other.mdb");
     EXPECT_EQ(program.TakeStatus(), Texts{"  Database Initialized"});
     EXPECT_TRUE(program.tmrSendData.enabled);
-}
-
-TEST(OpenFile, CancelKeepsTheDatabaseAndLeavesOneRecord)
-{
-    Program program;
-    program.StartConnected();
-    program.cmdOpenDialogue.OnClick();
-    EXPECT_EQ(program.txtFilePath.text, "/data/shop.mdb");
-    EXPECT_EQ(program.TakeStatus(), Texts{});
-    EXPECT_EQ(program.TakeRecords(), Texts{"32755|Cancel was selected|frmConnect.cmdOpenDialogue"});
+    program.WinsockConnect.state = platform::WinsockControl::kConnected;
+    program.Tick();
+    EXPECT_EQ(program.WinsockConnect.sent, (Texts{"first", "first"}));
 }
 
 TEST(OpenFile, ARejectedFileReplacesTheConfiguredPath)

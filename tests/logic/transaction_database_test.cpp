@@ -56,15 +56,4 @@ TEST(TransactionDatabase, AFailureIsRecordedAndKeepsTheReplayIdle)
     }
 }
 
-TEST(TransactionDatabase, OpeningAgainStartsAtTheFirstRow)
-{
-    Program program;
-    program.StartConnected();
-    program.Tick();
-    program.OpenFile("/data/shop.mdb");
-    program.WinsockConnect.state = platform::WinsockControl::kConnected;
-    program.Tick();
-    EXPECT_EQ(program.WinsockConnect.sent, (Texts{"first", "first"}));
-}
-
 }  // namespace
