@@ -48,6 +48,12 @@ bool Has(const Texts& calls, const std::string& call)
     return std::ranges::count(calls, call) + std::ranges::count(calls, NameOf(call)) > 0;
 }
 
+Texts AllOf(Texts calls, const Texts& others)
+{
+    calls.insert(calls.end(), others.begin(), others.end());
+    return calls;
+}
+
 std::string RecordedAs(const Procedure& procedure, const std::string& call)
 {
     for (const auto& [inner, calls] : procedure.recordedAs)
@@ -80,8 +86,7 @@ Texts Without(Texts calls, std::size_t failing, const Texts& fallen)
 Texts UpTo(Texts calls, std::size_t failing, const Texts& recovery)
 {
     calls.resize(failing + 1);
-    calls.insert(calls.end(), recovery.begin(), recovery.end());
-    return calls;
+    return AllOf(calls, recovery);
 }
 
 void ExpectLaw(const Procedure& procedure, bool abandons)
@@ -182,6 +187,18 @@ TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
          .untried = whatIsSaved,
          .recordedAs = {{"frmConnect.SaveConfigSettings",
                          {"profile.WritePrivateProfileStringA", "chkReconnect.Value"}}},
+         .recordedAnyway = {"7|peer|frmConnect.WinsockConnect.Error"}},
+        {.name = "frmConnect.WinsockConnect.Error",
+         .prepare =
+             [](Program& program) {
+                 program.StartPlaying({{"Reconnect", "YES"}});
+             },
+         .run = [](Program& program) { program.WinsockConnect.OnError(7, "peer"); },
+         .untried =
+             AllOf(whatIsSaved, {"tmrSendData.SetInterval", "tmrSendData.SetEnabled", "chkReconnect.Value",
+                                 "WinsockConnect.State", "WinsockConnect.Close", "WinsockConnect.SetProtocol",
+                                 "WinsockConnect.SetRemoteHost", "WinsockConnect.SetRemotePort"}),
+         .recordedAs = {{"frmConnect.SaveConfigSettings", {"profile.WritePrivateProfileStringA"}}},
          .recordedAnyway = {"7|peer|frmConnect.WinsockConnect.Error"}},
         {.name = "frmConnect.MCSockConnect.Error",
          .prepare =

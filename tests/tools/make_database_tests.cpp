@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "make_database/database_writer.h"
 #include "support/files.h"
@@ -29,7 +30,7 @@ TEST_F(MakeDatabaseTest, MakesWhatItsOptionsSay)
     const std::vector<tools::Receipt> receipts = {{2, "two\nlines", {}, {}}, {-1, "\u20AC", {}, {}}};
     const std::pair<const char*, tools::DatabaseOptions> cases[] = {
         {"", {}},
-        {"--password 4073", {.password = "4073"}},
+        {"--password 1 --password 4073", {.password = "4073"}},
         {"--format jet4 --no-index", {.password = "", .index = false}},
         {"--no-index --format jet3 --password 4073",
          {.format = tools::Format::kJet3, .password = "4073", .index = false}},
@@ -71,6 +72,16 @@ TEST_F(MakeDatabaseTest, SaysInOneLineWhatIsWrongAndLeavesTheFileAsItWas)
         EXPECT_EQ(ReadFile(out), "earlier");
         EXPECT_EQ(folder.NamesBut("in.csv"), std::vector<std::string>{"out.mdb"});
     }
+}
+
+TEST(MakeDatabase, DescribesItsOptionsInLinesOf80Characters)
+{
+    const CommandOutcome outcome = RunCommand(MAKE_DATABASE " --help");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(outcome.output.starts_with("Usage: make_database [OPTION]... IN.csv OUT.mdb\n\n"));
+    std::istringstream help(outcome.output);
+    for (std::string line; std::getline(help, line);)
+        EXPECT_TRUE(!line.starts_with("  --") || line.size() <= 80U) << line;
 }
 
 TEST_F(MakeDatabaseTest, ReplacesNoDevice)
