@@ -13,7 +13,7 @@
 
 #include "end_to_end/qt_loop.h"
 #include "fuzz_window/stage.h"
-#include "sockets/peer.h"
+#include "support/peer.h"
 
 /// Of the address sanitizer; g++ 12 has no header for it.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
@@ -22,7 +22,6 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 namespace checks {
 namespace {
 
-using platform::sockets::Peer;
 using platform::window::ListBox;
 using platform::window::MainWindow;
 
@@ -167,7 +166,7 @@ Usage UsageAtRest(MainWindow& window)
         box->SetText("1");
     const std::size_t lines = MemoryOfLines(window.lstStatus);
     Require(qtLoop.ComesToRest(), "the event loop finds no rest");
-    return {platform::sockets::OpenDescriptors(), __sanitizer_get_current_allocated_bytes() - lines};
+    return {OpenDescriptors(), __sanitizer_get_current_allocated_bytes() - lines};
 }
 
 void NothingPiledUp(const Usage& before, const Usage& now)

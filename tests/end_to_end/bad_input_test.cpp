@@ -4,8 +4,6 @@
 /// before Play.
 namespace {
 
-using platform::sockets::Peer;
-
 const Settings kClient = {};
 const Settings kServer = {.role = "Listen"};
 const Settings kDatagrams = {.protocol = "UDP"};

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "sockets/loop_helpers.h"
+#include "support/test_loop.h"
 
 /// The event loop of the program in its window.
-class QtLoop final : public platform::sockets::TestLoop {
+class QtLoop final : public TestLoop {
 protected:
     void RunPass(std::chrono::milliseconds longest) override;
     bool RunDuePass() override;

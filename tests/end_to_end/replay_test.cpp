@@ -6,8 +6,6 @@
 /// A whole day's sample database against a real receiver.
 namespace {
 
-using platform::sockets::Peer;
-
 constexpr const char* kMdb = DATABASES_FOLDER "/shop_day.mdb";
 constexpr const char* kSdd = DATABASES_FOLDER "/shop_day.sdd";
 
@@ -52,26 +50,6 @@ TEST(Replay, TransferTimePutsEachRecordedTimeBehindItsRecord)
     const auto check = tools::CheckFeed(feed, received);
     EXPECT_EQ(check.records, feed.size());
     EXPECT_EQ(check.bytes, expected);
-}
-
-TEST(Replay, EachRecordIsOneDatagram)
-{
-    struct Case {
-        const char* protocol;
-        const char* address;
-        Peer receiver;
-    };
-    Case cases[] = {{"UDP", "127.0.0.1", Peer::Datagrams(qtLoop)},
-                    {"MCAST", "239.1.2.3", Peer::InGroup(qtLoop, "239.1.2.3")}};
-    for (auto& [protocol, address, receiver] : cases) {
-        RunningProgram program(
-            {.protocol = protocol, .address = address, .port = receiver.PortText(), .database = kMdb});
-        program.Play("1");
-        for (const std::string& record : SampleFeed())
-            ASSERT_EQ(receiver.ReceiveDatagram(), record);
-        EXPECT_TRUE(program.Reports({"  File Complete"}));
-        EXPECT_FALSE(receiver.HasDatagram());
-    }
 }
 
 }  // namespace

@@ -1,32 +1,19 @@
 #include "end_to_end/running_program.h"
 
-#include <numeric>
 #include <sstream>
 
-#include "make_database/database_writer.h"
+#include "support/feed_database.h"
 #include "support/files.h"
 
 namespace {
 
 constexpr std::size_t kTimeOfDay = 8;  // 15:07:09
 
-std::string DatabaseOf(const Texts& records)
-{
-    std::vector<tools::Receipt> receipts;
-    for (const std::string& text : records)
-        receipts.push_back({.ref = static_cast<std::int32_t>(receipts.size()),
-                            .rawtransaction = text,
-                            .timestamp = 38423.5,
-                            .datetimestamp = 38423.5});
-    const tools::Bytes bytes = tools::DatabaseBytes(receipts);
-    return {bytes.begin(), bytes.end()};
-}
-
 }  // namespace
 
 RunningProgram::RunningProgram(const Settings& settings, const Texts& records)
 {
-    WriteFile(folder_.Path("receipts.mdb"), DatabaseOf(records));
+    WriteFeedDatabase(folder_.Path("receipts.mdb"), records);
     WriteFile(folder_.Path("Config.ini"),
               "[Timer]\r\nInterval=" + settings.interval + "\r\n[TCP/IP Settings]\r\nIpAddress=" +
                   settings.address + "\r\nPortNumber=" + settings.port + "\r\nConnect=" + settings.role +
@@ -41,7 +28,7 @@ RunningProgram::~RunningProgram()
     EXPECT_EQ(TakeReports(), Texts{}) << "was reported besides";
 }
 
-platform::sockets::Peer RunningProgram::Connect(platform::sockets::Peer& listener)
+Peer RunningProgram::Connect(Peer& listener)
 {
     Play();
     EXPECT_TRUE(Reports({"  Connected to IP 127.0.0.1  "}));
@@ -110,9 +97,4 @@ Texts RunningProgram::TakeReports()
                    records.end());
     recordsTaken_ = records.size();
     return reports;
-}
-
-std::string Joined(const Texts& texts)
-{
-    return std::accumulate(texts.begin(), texts.end(), std::string());
 }

@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "end_to_end/qt_loop.h"
-#include "sockets/peer.h"
+#include "support/peer.h"
 #include "support/temporary_folder.h"
+#include "support/texts.h"
 #include "window/trellivan.h"
-
-using Texts = std::vector<std::string>;
 
 /// What the settings file holds. At interval 0 a replay that runs has no ticks, and nothing races with it.
 struct Settings {
@@ -35,7 +33,7 @@ public:
     RunningProgram& operator=(const RunningProgram&) = delete;
 
     /// Plays without ticks until the connection to this listener is up, and takes what was reported so far.
-    [[nodiscard]] platform::sockets::Peer Connect(platform::sockets::Peer& listener);
+    [[nodiscard]] Peer Connect(Peer& listener);
 
     /// Types the interval and clicks Play.
     void Play(const std::string& interval = "0");
@@ -64,6 +62,3 @@ private:
     int linesTaken_ = 0;
     std::size_t recordsTaken_ = 0;
 };
-
-/// The texts one after the other.
-[[nodiscard]] std::string Joined(const Texts& texts);

@@ -11,6 +11,7 @@
 #include "platform/failure.h"
 #include "platform/jet/header.h"
 #include "platform/jet/layout.h"
+#include "platform/jet/shared_engine.h"
 #include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "fakes/clock_and_formats.h"
+#include "fakes/components.h"
 #include "fakes/database.h"
 #include "platform/failure.h"
+#include "play/observed_sockets.h"
 #include "play/played_engine.h"
 #include "play/tally.h"
 #include "play/usage_error.h"
@@ -67,6 +69,15 @@ public:
     std::unique_ptr<platform::RecordSet> records;
 };
 
+std::string Played(const std::vector<Value>& refs, const RefRange& range)
+{
+    try {
+        return PlayedFeed(RowsWith(refs), range).Play();
+    } catch (const player::UsageError&) {
+        return "refused";
+    }
+}
+
 TEST(PlayedRecords, BeginAndEndAtTheRefsAskedFor)
 {
     const std::vector<Value> numbers = {platform::Null{}, 10, 20, 20, 30};
@@ -75,12 +86,11 @@ TEST(PlayedRecords, BeginAndEndAtTheRefsAskedFor)
     const std::vector<Value> exact = {platform::ExactNumber{"-1.5"}, platform::ExactNumber{"2"}};
     const std::vector<Value> days = {platform::DayZero() + std::chrono::days(1),
                                      platform::DayZero() + std::chrono::days(2)};
-    struct Case {
+    const struct {
         std::vector<Value> refs;
         RefRange range;
         std::string played;
-    };
-    const std::vector<Case> cases = {
+    } cases[] = {
         {numbers, {}, "01234|"},
         {numbers, {.from = "20"}, "234|"},
         {numbers, {.from = "11"}, "234|"},
@@ -89,31 +99,22 @@ TEST(PlayedRecords, BeginAndEndAtTheRefsAskedFor)
         {numbers, {.to = "29.5"}, "0123|"},
         {numbers, {.from = "20", .to = "20"}, "23|"},
         {numbers, {.from = "30", .to = "1e3"}, "4|"},
+        {numbers, {.from = "31"}, "refused"},
+        {numbers, {.from = "11", .to = "19"}, "refused"},
+        {numbers, {.from = "20", .to = "10"}, "refused"},
+        {numbers, {.from = "many"}, "refused"},
+        {{10, 20}, {.to = "9"}, "refused"},
         {texts, {.from = "b10"}, "123|"},
         {texts, {.from = "b10", .to = "b10"}, "12|"},
         {texts, {.to = "b2"}, "0123|"},
+        {texts, {.from = "b"}, "refused"},
         {exact, {.from = "-1.4"}, "1|"},
         {exact, {.to = "1"}, "0|"},
         {days, {.from = "1900-01-01"}, "1|"},
+        {{}, {}, "refused"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(PlayedFeed(RowsWith(c.refs), c.range).Play(), c.played)
-            << c.range.from.value_or("") << " to " << c.range.to.value_or("");
-}
-
-TEST(PlayedRecords, RefuseARangeThatHoldsNothingOrSaysNothing)
-{
-    const std::vector<Value> numbers = {10, 20};
-    const std::vector<Value> texts = {std::string("a")};
-    for (const auto& [refs, range] : {std::pair{numbers, RefRange{.from = "21"}},
-                                      {numbers, RefRange{.to = "9"}},
-                                      {numbers, RefRange{.from = "11", .to = "19"}},
-                                      {numbers, RefRange{.from = "20", .to = "10"}},
-                                      {numbers, RefRange{.from = "many"}},
-                                      {texts, RefRange{.from = "b"}},
-                                      {{}, RefRange{}}})
-        EXPECT_THROW(PlayedFeed(RowsWith(refs), range), player::UsageError)
-            << range.from.value_or("") << " to " << range.to.value_or("");
+    for (const auto& [refs, range, played] : cases)
+        EXPECT_EQ(Played(refs, range), played) << range.from.value_or("") << " to " << range.to.value_or("");
 }
 
 TEST(PlayedRecords, BeginAgain)
@@ -140,27 +141,6 @@ TEST(PlayedRecords, StayAtARecordThatIsToBePlayedAgain)
     EXPECT_EQ(feed.Play(), "001|");
 }
 
-TEST(Tally, CountsWhatBecameOfEachRecord)
-{
-    player::Tally tally([] { return std::size_t{0}; });
-    tally.HandedOver(10, true);
-    tally.MovedOn();
-    tally.MovedOn();  // refused
-    tally.RecordUnreadable();
-    tally.HandedOver(0, true);
-    tally.MovedOn();
-    tally.HandedOver(5, false);
-    tally.MovedOn();
-    EXPECT_EQ(tally.Records(), 2);
-    EXPECT_EQ(tally.Bytes(), 15);
-    EXPECT_EQ(tally.Refused(), 2);
-    tally.Dropped();
-    tally.Dropped();  // there is no other one that it could be
-    EXPECT_EQ(tally.Records(), 1);
-    EXPECT_EQ(tally.Bytes(), 10);
-    EXPECT_EQ(tally.Refused(), 3);
-}
-
 TEST(Tally, DoubtsTheRecordsOfWhichAByteWasNotAcknowledged)
 {
     for (const auto& [unacknowledged, inDoubt] :
@@ -177,21 +157,31 @@ TEST(Tally, DoubtsTheRecordsOfWhichAByteWasNotAcknowledged)
     }
 }
 
-TEST(Tally, AsksRarelyWhatHasArrivedAndForgetsIt)
+TEST(DatagramRoom, KeepsARecordThatFindsNoneAndLetsTheLogicLearnOfItOnlyWithAPace)
 {
-    int asked = 0;
-    std::size_t unacknowledged = 0;
-    player::Tally tally([&] {
-        ++asked;
-        return unacknowledged;
-    });
-    for (int record = 0; record < 100'000; ++record) {
-        unacknowledged += record < 50'000 ? 0 : 100;  // then the peer takes nothing more
-        tally.HandedOver(100, true);
+    using platform::Failure;
+    using platform::failure::kNoBufferSpace;
+    for (const bool isAwaited : {false, true}) {
+        platform::fakes::Journal journal;
+        platform::fakes::Multicast real(journal, "group");
+        player::Tally tally([] { return 0; });
+        player::DatagramRoom room{.isAwaited = isAwaited, .isFull = false};
+        player::ObservedMulticast observed(real, tally, room);
+        const auto send = [&] { observed.SendToGroup({1, 2}, "239.1.2.3", 5015); };
+        journal.FailOn("group.SendToGroup", {kNoBufferSpace, "no buffer space"});
+        if (isAwaited)
+            send();
+        else
+            EXPECT_EQ(FailureOf([&] { return send(), 0; }), kNoBufferSpace);
+        EXPECT_EQ(room.isFull, isAwaited);
+        EXPECT_EQ(tally.Records(), 0);
+        journal.FailNothing();
+        room.isFull = false;
+        send();
+        EXPECT_EQ(tally.Records(), 1);
+        journal.FailOn("group.SendToGroup", {platform::failure::kMessageTooLong, "too long"});
+        EXPECT_THROW(send(), Failure);
     }
-    EXPECT_LT(asked, 250);
-    tally.Lost(unacknowledged);
-    EXPECT_EQ(tally.InDoubt(), 50'000);
 }
 
 }  // namespace

@@ -33,14 +33,16 @@ Figures Till(const std::string& name, Outcome outcome)
     return figures;
 }
 
-TEST(Report, OfOneTillHasItsFigures)
+TEST(Report, OfOneTillHasItsFiguresAndIsJsonWhateverTheDescriptionsHold)
 {
+    Figures till = Till("a", Outcome::kLost);
+    till.errors.front().description += "\xFF\n";
     const Json expected = Json::parse(R"({"outcome": "lost", "records": 3, "bytes": 1000, "seconds": 1.25,
         "records_refused": 1, "records_in_doubt": 2, "connections": 1,
         "lateness_ms": {"p50": 2.0, "p99": 2.0, "max": 2.0}, "late": 4,
         "errors": [{"number": 10054, "procedure": "frmConnect.WinsockConnect.Error",
-                    "description": "The connection is lost", "count": 2}]})");
-    EXPECT_EQ(Json::parse(ReportOf({Till("a", Outcome::kLost)}, false)), expected);
+                    "description": "The connection is lost\uFFFD\n", "count": 2}]})");
+    EXPECT_EQ(Json::parse(ReportOf({till}, false)), expected);
 }
 
 TEST(Report, OfAShopHasTotalsAndEachTill)
@@ -53,19 +55,11 @@ TEST(Report, OfAShopHasTotalsAndEachTill)
     EXPECT_EQ(report["records"], 6);
     EXPECT_EQ(report["seconds"], 7);
     EXPECT_EQ(report["lateness_ms"]["max"], 9);
-    EXPECT_EQ(report["errors"].size(), 1U);
+    ASSERT_EQ(report["errors"].size(), 1U);
     EXPECT_EQ(report["errors"][0]["count"], 4);
     ASSERT_EQ(report["tills"].size(), 2U);
     EXPECT_EQ(report["tills"][0]["name"], "a");
-    EXPECT_EQ(report["tills"][0]["outcome"], "complete");
     EXPECT_EQ(report["tills"][1]["lateness_ms"]["max"], 9);
-}
-
-TEST(Report, IsJsonWhateverTheDescriptionsHold)
-{
-    Figures figures = Till("a", Outcome::kLost);
-    figures.errors.front().description = "no \xFF UTF-8 \"at all\"\n";
-    EXPECT_TRUE(Json::accept(ReportOf({figures}, true)));
 }
 
 TEST(Summary, SaysTheSameInWords)

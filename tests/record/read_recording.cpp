@@ -31,9 +31,9 @@ std::vector<PlayedRow> PlayedRows(const std::string& csvPath, tools::Format form
     return played;
 }
 
-std::vector<std::string> PlayedTexts(const std::string& csvPath)
+Texts PlayedTexts(const std::string& csvPath)
 {
-    std::vector<std::string> texts;
+    Texts texts;
     std::ranges::transform(PlayedRows(csvPath), std::back_inserter(texts), &PlayedRow::bytes);
     return texts;
 }

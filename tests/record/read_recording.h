@@ -5,6 +5,7 @@
 
 #include "make_database/database_writer.h"
 #include "platform/date_time.h"
+#include "support/texts.h"
 
 /// A row of a recording after the way through a database.
 struct PlayedRow {
@@ -20,4 +21,4 @@ struct PlayedRow {
                                                 tools::Format format = tools::Format::kJet4);
 
 /// Only the bytes of each row.
-[[nodiscard]] std::vector<std::string> PlayedTexts(const std::string& csvPath);
+[[nodiscard]] Texts PlayedTexts(const std::string& csvPath);

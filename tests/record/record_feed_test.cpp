@@ -2,88 +2,90 @@
 
 #include <filesystem>
 #include <random>
-#include <sstream>
 
 #include "record/read_recording.h"
-#include "record/running_recorder.h"
-#include "record/wire.h"
 #include "support/files.h"
+#include "support/peer.h"
 #include "support/run_command.h"
 #include "support/temporary_folder.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-std::string EveryByte()
-{
-    std::string bytes;
-    for (int byte = 0; byte < 256; ++byte)
-        bytes += static_cast<char>(byte);
-    return bytes;
-}
-
 const Texts kRecords = {"Total\r\n\"1\"\n;;", EveryByte() + ";;", "\x80\x81\xFF\r;;", ";;"};
-
-std::string Joined(const Texts& texts)
-{
-    std::string all;
-    for (const std::string& text : texts)
-        all += text;
-    return all;
-}
 
 class RecordFeedTest : public testing::Test {
 protected:
+    /// The command that records with these options, which a shell reads.
+    [[nodiscard]] std::string Recording(const std::string& options) const
+    {
+        return "exec " RECORD_FEED " " + options + " " + path;
+    }
+
     /// True as soon as so many records are in the file.
     bool Recorded(std::size_t count)
     {
-        return ComesTrue([&] { return std::filesystem::exists(path) && PlayedTexts(path).size() >= count; });
+        return noLoop.WaitFor([&] { return std::filesystem::exists(path) && Records().size() >= count; });
+    }
+
+    [[nodiscard]] Texts Records() const { return PlayedTexts(path); }
+
+    /// The records at the end of a recording, which goes.
+    Texts TakeRecords()
+    {
+        Texts records = Records();
+        std::filesystem::remove(path);
+        return records;
+    }
+
+    /// The port at which it waits.
+    static std::uint16_t PortOf(const RunningCommand& recorder)
+    {
+        const std::string before = "on port ";
+        if (!recorder.Says(before))
+            return 0;
+        const std::string said = recorder.Said();
+        return static_cast<std::uint16_t>(std::stoi(said.substr(said.find(before) + before.size())));
+    }
+
+    static Peer TillFor(const RunningCommand& recorder) { return Peer::ConnectTo(noLoop, PortOf(recorder)); }
+
+    static void SendDatagram(std::uint16_t port, const std::string& record,
+                             const std::string& address = "127.0.0.1")
+    {
+        const bool isIPv6 = address.find(':') != std::string::npos;
+        Peer::Datagrams(noLoop, isIPv6 ? "::" : "0.0.0.0").SendTo(port, record, address);
     }
 
     TemporaryFolder folder;
     std::string path = folder.Path("day.csv");
 };
 
-TEST_F(RecordFeedTest, RecordsATillThatConnects)
-{
-    RunningRecorder recorder("--port 0 --ends-with ';;' --records 4 " + path);
-    EXPECT_TRUE(Wire::ConnectTo(recorder.Port()).Send(Joined(kRecords)));
-    EXPECT_EQ(recorder.End(), 0) << recorder.Said();
-    EXPECT_EQ(PlayedTexts(path), kRecords);
-    EXPECT_TRUE(recorder.Says("4 records, " + std::to_string(Joined(kRecords).size()) + " bytes in " + path));
-}
-
 TEST_F(RecordFeedTest, ServesOneTillAtATimeAndTheNextWhenItGoes)
 {
-    RunningRecorder recorder("--port 0 --ends-with ';' " + path);
-    Wire first = Wire::ConnectTo(recorder.Port());
-    const Wire second = Wire::ConnectTo(recorder.Port());
-    EXPECT_TRUE(second.Send("2;cut off"));
-    EXPECT_TRUE(first.Send("1;"));
+    RunningCommand recorder(Recording("--port 0 --ends-with ';'"));
+    Peer first = TillFor(recorder);
+    Peer second = TillFor(recorder);
+    second.Send("2;cut off");
+    first.Send("1;");
     ASSERT_TRUE(Recorded(1));
-    EXPECT_TRUE(first.Send("last words"));
+    first.Send("last words");
     first.EndSending();
     ASSERT_TRUE(Recorded(3));
     EXPECT_EQ(recorder.End(SIGTERM), 0);
-    EXPECT_EQ(PlayedTexts(path), (Texts{"1;", "last words", "2;", "cut off"}));
+    EXPECT_EQ(Records(), (Texts{"1;", "last words", "2;", "cut off"}));
     EXPECT_TRUE(recorder.Says("2 records without the end that was asked for"));
 }
 
 TEST_F(RecordFeedTest, ConnectsToATillUntilItIsThereAndAgainWhenItWasGone)
 {
-    Wire till = Wire::Listening();
-    const std::uint16_t port = till.Port();
-    till.Close();
-    RunningRecorder recorder("--role Connect --address localhost --port " + std::to_string(port) +
-                             " --ends-with ';' " + path);
+    RunningCommand recorder(Recording("--role Connect --address localhost --port 5015 --ends-with ';'"));
     EXPECT_TRUE(recorder.Says("the connection was refused; tried again until it is there"));
-    till = Wire::Listening(port);
-    EXPECT_TRUE(till.Accept().Send("1;"));
-    EXPECT_TRUE(till.Accept().Send("2;"));
+    Peer till = Peer::Listening(noLoop, "127.0.0.1", 5015);
+    till.Accepted().Send("1;");
+    till.Accepted().Send("2;");
     ASSERT_TRUE(Recorded(2));
     EXPECT_EQ(recorder.End(SIGINT), 0);
-    EXPECT_EQ(PlayedTexts(path), (Texts{"1;", "2;"}));
+    EXPECT_EQ(Records(), (Texts{"1;", "2;"}));
 }
 
 TEST_F(RecordFeedTest, RecordsDatagramsEmptyOnesToo)
@@ -92,39 +94,36 @@ TEST_F(RecordFeedTest, RecordsDatagramsEmptyOnesToo)
     records.emplace_back();
     records.emplace_back(65507, 'x');
     for (const char* address : {"127.0.0.1", "::1"}) {
-        RunningRecorder recorder("--protocol udp --port 0 --records 6 " + path);
+        RunningCommand recorder(Recording("--protocol udp --port 0 --records 6"));
         for (const std::string& record : records)
-            Wire::Datagrams().SendTo(address, recorder.Port(), record);
+            SendDatagram(PortOf(recorder), record, address);
         EXPECT_EQ(recorder.End(), 0);
-        EXPECT_EQ(PlayedTexts(path), records);
-        std::filesystem::remove(path);
+        EXPECT_EQ(TakeRecords(), records);
     }
 }
 
 TEST_F(RecordFeedTest, SaysHelloToATillThatSendsDatagramsToWhoeverDoes)
 {
-    const Wire till = Wire::Datagrams();
-    RunningRecorder recorder("--protocol UDP --role Connect --address 127.0.0.1 --port " +
-                             std::to_string(till.Port()) + " --records 2 " + path);
-    till.ConnectToWhoeverSends();
-    EXPECT_TRUE(till.Send("1"));
-    EXPECT_TRUE(till.Send("2"));
+    Peer till = Peer::Datagrams(noLoop);
+    RunningCommand recorder(
+        Recording("--protocol UDP --role Connect --address 127.0.0.1 --records 2 --port " + till.PortText()));
+    till.AnswerWhoSends();
+    till.Send("1");
+    till.Send("2");
     EXPECT_EQ(recorder.End(), 0);
-    EXPECT_EQ(PlayedTexts(path), (Texts{"1", "2"}));
+    EXPECT_EQ(Records(), (Texts{"1", "2"}));
 }
 
 TEST_F(RecordFeedTest, JoinsAGroup)
 {
-    for (const char* group : {"239.1.2.3", "ff02::123", "ff05::123"}) {
-        RunningRecorder recorder("--protocol MCAST --port 5016 --records 2 --address " + std::string(group) +
-                                 " " + path);
-        EXPECT_TRUE(recorder.Says(std::string("joined group ") + group + " port 5016 on lo"));
-        Wire::Datagrams().SendTo("239.1.2.4", 5016, "another group");
-        Wire::Datagrams().SendTo(group, 5016, "1");
-        Wire::Datagrams().SendTo(group, 5016, "2");
+    for (const std::string group : {"239.1.2.3", "ff02::123", "ff05::123"}) {
+        RunningCommand recorder(Recording("--protocol MCAST --port 5016 --records 2 --address " + group));
+        EXPECT_TRUE(recorder.Says("joined group " + group + " port 5016 on lo"));
+        SendDatagram(5016, "another group", "239.1.2.4");
+        SendDatagram(5016, "1", group);
+        SendDatagram(5016, "2", group);
         EXPECT_EQ(recorder.End(), 0);
-        EXPECT_EQ(PlayedTexts(path), (Texts{"1", "2"})) << group;
-        std::filesystem::remove(path);
+        EXPECT_EQ(TakeRecords(), (Texts{"1", "2"})) << group;
     }
 }
 
@@ -135,64 +134,54 @@ TEST_F(RecordFeedTest, ReadsStandardInputWhateverItIs)
     Texts records = kRecords;
     records.emplace_back("end");
     for (const std::string& input :
-         {"cat " + feed + " |", "< " + feed, "socat -u OPEN:" + feed + " EXEC:'sh -c cat' |"}) {
-        const bool isPipe = input.ends_with('|');
-        const CommandOutcome outcome = RunCommand(
-            (isPipe ? input : "") + RECORD_FEED " --stdin --ends-with ';;' " + path + (isPipe ? "" : input));
-        EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
-        EXPECT_EQ(PlayedTexts(path), records) << input;
-        std::filesystem::remove(path);
+         {"cat " + feed + " |", "exec <" + feed + ";", "socat -u OPEN:" + feed + " EXEC:'sh -c cat' |"}) {
+        EXPECT_EQ(RunCommand(input + Recording("--stdin --ends-with ';;'")).exitCode, 0);
+        EXPECT_EQ(TakeRecords(), records) << input;
     }
-    EXPECT_EQ(RunCommand(RECORD_FEED " --stdin " + path + " </dev/null").exitCode, 0);
-    EXPECT_TRUE(PlayedTexts(path).empty());
+    EXPECT_EQ(RunCommand(Recording("--stdin </dev/null")).exitCode, 0);
+    EXPECT_TRUE(Records().empty());
 }
 
 TEST_F(RecordFeedTest, APauseEndsARecord)
 {
-    RunningRecorder recorder("--port 0 --gap 20 " + path);
-    const Wire till = Wire::ConnectTo(recorder.Port());
+    RunningCommand recorder(Recording("--port 0 --gap 20"));
+    Peer till = TillFor(recorder);
     for (std::size_t count = 1; count <= 3; ++count) {
-        EXPECT_TRUE(till.Send("record;"));
+        till.Send("record;");
         ASSERT_TRUE(Recorded(count));
     }
     EXPECT_EQ(recorder.End(SIGINT), 0);
-    EXPECT_EQ(PlayedTexts(path), Texts(3, "record;"));
+    EXPECT_EQ(Records(), Texts(3, "record;"));
 }
 
 TEST_F(RecordFeedTest, TakesTheTransferTimeAsTheTimestamp)
 {
-    RunningRecorder recorder("--port 0 --transfer-time --locale de_DE --records 5 " + path);
-    EXPECT_TRUE(Wire::ConnectTo(recorder.Port())
-                    .Send("A\x01"
-                          "14.05.2021 15:07:09\x02"
-                          "B\x01"
-                          "15:07:09\x02"
-                          "C\x01\x02"
-                          "D\x01"
-                          "noon\x02"
-                          "E\x01"
-                          "01.01.0050\x02"));
+    const std::pair<std::string, std::string> times[] = {{"14.05.2021 15:07:09", "2021-05-14T15:07:09"},
+                                                         {"15:07:09", "1899-12-30T15:07:09"},
+                                                         {"", ""},
+                                                         {"noon", ""},
+                                                         {"01.01.0050", ""}};
+    RunningCommand recorder(Recording("--port 0 --transfer-time --locale de_DE --records 5"));
+    Peer till = TillFor(recorder);
+    for (const auto& [sent, kept] : times)
+        till.Send("A\x01" + sent + "\x02");
     EXPECT_EQ(recorder.End(), 0);
-    EXPECT_EQ(PlayedTexts(path), (Texts{"A", "B", "C", "D", "E"}));
-    std::string timestamps;
-    std::istringstream csv(ReadFile(path));
-    for (std::string line; std::getline(csv, line);)
-        timestamps +=
-            line.substr(line.find(',') + 1, line.find(',', line.find(',') + 1) - line.find(',') - 1) + "|";
-    EXPECT_EQ(timestamps, "timestamp|2021-05-14T15:07:09|1899-12-30T15:07:09||||");
+    EXPECT_EQ(Records(), Texts(5, "A"));
+    const std::string csv = ReadFile(path);
+    int ref = 0;
+    for (const auto& [sent, kept] : times)
+        EXPECT_NE(csv.find("\n" + std::to_string(++ref) + "," + kept + ","), std::string::npos) << csv;
     EXPECT_TRUE(recorder.Says("the time \"noon\" cannot be read; see --locale"));
     EXPECT_TRUE(recorder.Says("2 transfer times that cannot be read"));
 }
 
 TEST_F(RecordFeedTest, TakesTheTransferTimeOfDatagrams)
 {
-    RunningRecorder recorder("--protocol UDP --port 0 --transfer-time --locale C --records 2 " + path);
-    Wire::Datagrams().SendTo("127.0.0.1", recorder.Port(),
-                             "A\x01\x02\x01"
-                             "2021-05-14\x02");
-    Wire::Datagrams().SendTo("127.0.0.1", recorder.Port(), "B");
+    RunningCommand recorder(Recording("--protocol UDP --port 0 --transfer-time --locale C --records 2"));
+    SendDatagram(PortOf(recorder), std::string("A\x01\x02\x01") + "2021-05-14\x02");
+    SendDatagram(PortOf(recorder), "B");
     EXPECT_EQ(recorder.End(), 0);
-    EXPECT_EQ(PlayedTexts(path), (Texts{"A\x01\x02", "B"}));
+    EXPECT_EQ(Records(), (Texts{"A\x01\x02", "B"}));
     EXPECT_TRUE(recorder.Says("1 record without a transfer time"));
 }
 
@@ -201,19 +190,19 @@ TEST_F(RecordFeedTest, AKillCostsAtMostTheRecordUnderWay)
     std::mt19937 random(11);
     std::size_t recorded = 0;
     for (int round = 0; round < 5; ++round) {
-        RunningRecorder recorder("--port 0 --append --ends-with ';' " + path);
-        const Wire till = Wire::ConnectTo(recorder.Port());
-        ASSERT_TRUE(till.Send("round begins;"));
+        RunningCommand recorder(Recording("--port 0 --append --ends-with ';'"));
+        Peer till = TillFor(recorder);
+        till.Send("round begins;");
         ASSERT_TRUE(Recorded(++recorded));
         std::string sent;
         for (const std::size_t most = 1 + random() % 400; sent.size() < most * 1000;)
             sent += std::string(random() % 3000, '"') + "\n\x81;";
-        ASSERT_TRUE(till.Send(sent));
+        till.Send(sent);
         EXPECT_EQ(recorder.End(SIGKILL), 128 + SIGKILL);
 
         const CommandOutcome made = RunCommand(MAKE_DATABASE " " + path + " " + folder.Path("day.mdb"));
         EXPECT_EQ(made.exitCode, 0) << made.output;
-        const Texts texts = PlayedTexts(path);
+        const Texts texts = Records();
         const std::string kept = Joined({texts.begin() + static_cast<std::ptrdiff_t>(recorded), texts.end()});
         EXPECT_TRUE(sent.starts_with(kept));
         recorded = texts.size();
@@ -238,91 +227,91 @@ TEST_F(RecordFeedTest, AppendingSaysWhatItFindsCutOff)
 TEST_F(RecordFeedTest, AFullDiskEndsTheRecordingAndLeavesItSound)
 {
     const TemporaryFolder roomy;
-    const CommandOutcome outcome =
+    const std::string output =
         RunCommand("unshare -m sh -c 'mount -t tmpfs -o size=64k none " + folder.Path() +
                    " && yes 0123456789 | " RECORD_FEED " --stdin --ends-with \"\\n\" " + path +
                    "; echo status $?; " MAKE_DATABASE " " + path + " " + roomy.Path("day.mdb") +
-                   " && echo made; tail -n 1 " + path + "'");
-    EXPECT_NE(outcome.output.find(path + " cannot be written: No space left on device\n"), std::string::npos)
-        << outcome.output;
-    EXPECT_NE(outcome.output.find("records before are whole in " + path + "\n"), std::string::npos);
-    EXPECT_NE(outcome.output.find("status 1\nmade\n"), std::string::npos);
-    EXPECT_TRUE(outcome.output.ends_with("\"\n")) << outcome.output.substr(outcome.output.size() - 100);
+                   " && echo made; tail -n 2 " + path + "'")
+            .output;
+    const auto made = output.find("status 1\nmade\n");
+    ASSERT_NE(made, std::string::npos) << output;
+    const std::string last = std::to_string(std::stoi(output.substr(made + 14)));
+    for (const std::string& said : {path + " cannot be written: No space left on device\n",
+                                    last + " records before are whole in " + path + "\n"})
+        EXPECT_NE(output.find(said), std::string::npos) << output;
+    EXPECT_TRUE(output.ends_with("\"\n")) << output.substr(output.size() - 100);
 }
 
 TEST_F(RecordFeedTest, AStandardErrorThatIsClosedOrUnreadDisturbsNothing)
 {
-    for (const char* errors : {" 2>&-", " 2>&1 | true", " 2>/dev/full"}) {
-        const CommandOutcome outcome =
-            RunCommand("yes 'a;' | head -n 1000 | " RECORD_FEED " --stdin --ends-with ';' " + path + errors);
-        EXPECT_EQ(outcome.exitCode, 0) << errors;
-        EXPECT_EQ(PlayedTexts(path).size(), 1001U) << errors;
+    for (const std::string errors : {" 2>&-", " 2>&1 | true", " 2>/dev/full"}) {
+        const std::string recording = Recording("--stdin --ends-with ';'");
+        EXPECT_EQ(RunCommand("yes 'a;' | head -n 1000 | " + recording + errors).exitCode, 0) << errors;
         EXPECT_EQ(ReadFile(path).find("record_feed"), std::string::npos) << errors;
-        std::filesystem::remove(path);
+        EXPECT_EQ(TakeRecords().size(), 1001U) << errors;
     }
 }
 
 TEST_F(RecordFeedTest, EndsAfterItsTimeOrBySignalAndKeepsTheRecordUnderWay)
 {
-    for (const auto& [options, signal] : {std::pair("--seconds 0.5", 0), std::pair("", SIGINT),
-                                          std::pair("", SIGTERM), std::pair("", SIGHUP)}) {
-        RunningRecorder recorder("--port 0 --ends-with ';' " + std::string(options) + " " + path);
-        const Wire till = Wire::ConnectTo(recorder.Port());
-        EXPECT_TRUE(till.Send("whole;under way"));
+    for (const auto& [options, signal] :
+         {std::pair("--seconds 0.5 ", 0), {"", SIGINT}, {"", SIGTERM}, {"", SIGHUP}}) {
+        RunningCommand recorder(Recording(options + std::string("--port 0 --ends-with ';'")));
+        Peer till = TillFor(recorder);
+        till.Send("whole;under way");
         ASSERT_TRUE(Recorded(1));
         EXPECT_EQ(recorder.End(signal), 0);
-        EXPECT_EQ(PlayedTexts(path), (Texts{"whole;", "under way"})) << signal;
-        std::filesystem::remove(path);
+        EXPECT_EQ(TakeRecords(), (Texts{"whole;", "under way"})) << signal;
     }
 }
 
 TEST_F(RecordFeedTest, SaysInOneLineWhatMakesNoSense)
 {
-    const Wire busy = Wire::Listening();
+    const Peer busy = Peer::Listening(noLoop);
     const struct {
         std::string options;
         std::string reason;
-        int status;
+        int status = 2;
     } cases[] = {
-        {"", "--port is missing", 2},
-        {"--port 70000", "--port", 2},
-        {"--port 1 --role Both", "--role", 2},
-        {"--port 1 --role Connect", "--address is missing", 2},
-        {"--port 0 --role Connect --address 127.0.0.1", "--port 0 is no port to go to", 2},
-        {"--protocol MCAST --port 5016", "--address is missing: the group to join", 2},
-        {"--protocol MCAST --port 5016 --address 127.0.0.1", "\"127.0.0.1\" is no multicast group", 2},
-        {"--port 1 --address nowhere.invalid", "\"nowhere.invalid\" is no address in digits", 2},
-        {"--protocol UDP --port 1 --ends-with x", "--gap and --ends-with are for streams", 2},
-        {"--protocol UDP --port 1 --gap 5", "--gap and --ends-with are for streams", 2},
-        {"--protocol UDP --port 1 --forward a:1", "--forward is for TCP alone", 2},
-        {"--stdin --forward a:1", "--forward is for TCP alone", 2},
-        {"--stdin --port 1", "--stdin", 2},
-        {"--port 1 --forward a", "\"a\" is no HOST:PORT", 2},
-        {"--port 1 --forward :5", "\":5\" is no HOST:PORT", 2},
-        {"--port 1 --gap 0", "--gap", 2},
-        {"--port 1 --gap 1.5", "--gap: 1.5 is no whole number from 1 to 86400000", 2},
-        {"--port 1 --records 0", "--records", 2},
-        {"--port 1 --seconds -1", "--seconds", 2},
-        {"--port 1 --seconds nan", "--seconds: nan is no number that makes sense here", 2},
-        {"--port 1 --ends-with ''", "--ends-with: the text is empty", 2},
-        {"--protocol UDP --port 1 --ends-with ''", "--ends-with: the text is empty", 2},
-        {"--port 1 --forward ''", "--forward: the text is empty", 2},
-        {"--port 1 --ends-with '\\q'", "behind \\ stands n, r, t, \\ or x", 2},
-        {"--port 1 --ends-with '\\x1'", "behind \\ stands n, r, t, \\ or x", 2},
-        {"--port 1 --ends-with \u0416", "a character that code page 1252 lacks", 2},
-        {"--port 1 --ends-with x --transfer-time", "--ends-with", 2},
-        {"--stdin --locale xx_YY", "\"xx_YY\" is no locale known here", 2},
-        {"--port " + std::to_string(busy.Port()), "the address is in use", 1},
+        {"", "--port is missing"},
+        {"--port 70000", "--port"},
+        {"--port 1 --role Both", "--role"},
+        {"--port 1 --role Connect", "--address is missing"},
+        {"--port 0 --role Connect --address 127.0.0.1", "--port 0 is no port to go to"},
+        {"--protocol MCAST --port 5016", "--address is missing: the group to join"},
+        {"--protocol MCAST --port 5016 --address 127.0.0.1", "\"127.0.0.1\" is no multicast group"},
+        {"--port 1 --address nowhere.invalid", "\"nowhere.invalid\" is no address in digits"},
+        {"--protocol UDP --port 1 --ends-with x", "--gap and --ends-with are for streams"},
+        {"--protocol UDP --port 1 --gap 5", "--gap and --ends-with are for streams"},
+        {"--protocol UDP --port 1 --forward a:1", "--forward is for TCP alone"},
+        {"--stdin --forward a:1", "--forward is for TCP alone"},
+        {"--stdin --port 1", "--stdin"},
+        {"--port 1 --forward a", "\"a\" is no HOST:PORT"},
+        {"--port 1 --forward :5", "\":5\" is no HOST:PORT"},
+        {"--port 1 --gap 0", "--gap"},
+        {"--port 1 --gap 1.5", "--gap: 1.5 is no whole number from 1 to 86400000"},
+        {"--port 1 --records 0", "--records"},
+        {"--port 1 --seconds -1", "--seconds"},
+        {"--port 1 --seconds nan", "--seconds: nan is no number that makes sense here"},
+        {"--port 1 --ends-with ''", "--ends-with: the text is empty"},
+        {"--protocol UDP --port 1 --ends-with ''", "--ends-with: the text is empty"},
+        {"--port 1 --forward ''", "--forward: the text is empty"},
+        {"--port 1 --ends-with '\\q'", "behind \\ stands n, r, t, \\ or x"},
+        {"--port 1 --ends-with '\\x1'", "behind \\ stands n, r, t, \\ or x"},
+        {"--port 1 --ends-with \u0416", "a character that code page 1252 lacks"},
+        {"--port 1 --ends-with x --transfer-time", "--ends-with"},
+        {"--stdin --locale xx_YY", "\"xx_YY\" is no locale known here"},
+        {"--port " + busy.PortText(), "the address is in use", 1},
     };
     for (const auto& [options, reason, status] : cases) {
-        const CommandOutcome outcome = RunCommand(RECORD_FEED " " + options + " " + path + " </dev/null");
+        const CommandOutcome outcome = RunCommand(Recording(options) + " </dev/null");
         EXPECT_EQ(outcome.exitCode, status) << options;
         EXPECT_EQ(outcome.output.find('\n') + 1, outcome.output.size()) << outcome.output;
         EXPECT_NE(outcome.output.find(reason), std::string::npos) << options << ": " << outcome.output;
         EXPECT_FALSE(std::filesystem::exists(path)) << options;
     }
     WriteFile(path, "mine");
-    const CommandOutcome outcome = RunCommand(RECORD_FEED " --stdin " + path + " </dev/null");
+    const CommandOutcome outcome = RunCommand(Recording("--stdin") + " </dev/null");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.output, "record_feed: " + path + " is there already; --append goes on in it\n");
     EXPECT_EQ(ReadFile(path), "mine");
@@ -330,17 +319,15 @@ TEST_F(RecordFeedTest, SaysInOneLineWhatMakesNoSense)
 
 TEST_F(RecordFeedTest, TakesTheEndTextAsTyped)
 {
-    const std::pair<const char*, std::string> cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"'\\r\\n\\t\\\\\\x00\\xfF'", std::string("\r\n\t\\\0\xFF", 6)},
         {"\u20AC", "\x80"},
         {"'a b'", "a b"}};
+    const std::string feed = folder.Path("feed");
     for (const auto& [typed, bytes] : cases) {
-        WriteFile(folder.Path("feed"), "1" + bytes + "2" + bytes);
-        const CommandOutcome outcome = RunCommand(RECORD_FEED " --stdin --ends-with " + std::string(typed) +
-                                                  " " + path + " <" + folder.Path("feed"));
-        EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
-        EXPECT_EQ(PlayedTexts(path), (Texts{"1" + bytes, "2" + bytes})) << typed;
-        std::filesystem::remove(path);
+        WriteFile(feed, "1" + bytes + "2" + bytes);
+        EXPECT_EQ(RunCommand(Recording("--stdin --ends-with " + typed + " <" + feed)).exitCode, 0);
+        EXPECT_EQ(TakeRecords(), (Texts{"1" + bytes, "2" + bytes})) << typed;
     }
 }
 

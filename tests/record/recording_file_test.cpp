@@ -1,12 +1,11 @@
 #include "record/recording_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <csignal>
 #include <filesystem>
+#include <numeric>
 
 #include "record/read_recording.h"
 #include "support/failure_of.h"
@@ -44,17 +43,6 @@ protected:
     TemporaryFolder folder;
     std::string path = folder.Path("day.csv");
 };
-
-TEST_F(RecordingFileTest, KeepsARowWithItsWrite)
-{
-    RecordingFile file(path, OnExisting::kRefuse);
-    EXPECT_EQ(ReadFile(path), kHead);
-    Add(file, "a");
-    Add(file, "b");
-    file.Write();
-    EXPECT_EQ(PlayedTexts(path), (std::vector<std::string>{"a", "b"}));
-    EXPECT_EQ(file.Rows(), 2U);
-}
 
 TEST_F(RecordingFileTest, IsNotMadeOrGoneOnWithWhereThatMakesNoSense)
 {
@@ -108,9 +96,8 @@ TEST_F(RecordingFileTest, GoesOnWhereverItWasCutOff)
         const int whole = size == two.size() ? 2 : size >= one ? 1 : 0;
         // A text that was cut off between the two quotes that stand for one cannot be told from a whole one.
         const bool looksWhole = bytes.ends_with('"') && std::ranges::count(bytes, '"') % 2 == 0;
-        std::vector<std::int32_t> refs;
-        for (std::int32_t ref = 1; ref <= whole + (looksWhole ? 1 : 0) + 1; ++ref)
-            refs.push_back(ref);
+        std::vector<std::int32_t> refs(static_cast<std::size_t>(whole + (looksWhole ? 1 : 0) + 1));
+        std::iota(refs.begin(), refs.end(), 1);
         EXPECT_EQ(RefsAfterGoingOn(), refs) << size;
     }
 }
@@ -121,42 +108,6 @@ TEST_F(RecordingFileTest, GoesOnBehindTheZerosOfAPowerCut)
                                     "2,,2026-05-14T15:07:09.250,\"a\"\"" + std::string(100, '\0')}) {
         WriteFile(path, kHead + kRow + torn);
         EXPECT_EQ(RefsAfterGoingOn(), (std::vector<std::int32_t>{1, 2}));
-    }
-}
-
-TEST_F(RecordingFileTest, AFullDiskLeavesTheRowsThatFoundRoom)
-{
-    rlimit former{};
-    getrlimit(RLIMIT_FSIZE, &former);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const std::string text(100, 'x');
-    for (const rlim_t room : {10, 43, 200, 320, 321, 500, 1000}) {
-        std::filesystem::remove(path);
-        const rlimit limited{.rlim_cur = room, .rlim_max = former.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limited);
-        std::uint64_t rows = 0;
-        EXPECT_THROW(
-            {
-                RecordingFile file(path, OnExisting::kRefuse);
-                try {
-                    for (int i = 0; i < 3; ++i) {
-                        for (int j = 0; j < 3; ++j)
-                            Add(file, text);
-                        file.Write();
-                    }
-                } catch (...) {
-                    rows = file.Rows();
-                    throw;
-                }
-            },
-            platform::Failure);
-        setrlimit(RLIMIT_FSIZE, &former);
-        const std::uint64_t rowSize = std::string("1,,1970-01-01T00:00:00.000,\"\"\n").size() + text.size();
-        EXPECT_EQ(rows, room < kHead.size() ? 0 : (room - kHead.size()) / rowSize) << room;
-        ASSERT_EQ(std::filesystem::exists(path), room >= kHead.size()) << room;
-        if (room >= kHead.size()) {
-            EXPECT_EQ(PlayedTexts(path), std::vector<std::string>(rows, text)) << room;
-        }
     }
 }
 

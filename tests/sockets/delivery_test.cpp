@@ -51,29 +51,6 @@ TEST_F(DeliveryTest, BytesThatWaitAreCountedUntilTheyAreHandedOver)
     EXPECT_EQ(events, Events{"drained"});
 }
 
-TEST_F(DeliveryTest, APlayerWithoutAPaceThatStopsForOnDrainedIsNeverRefused)
-{
-    constexpr std::size_t kEnough = kMegabyte;
-    const std::string record(1000, 'r');
-    std::size_t left = 12'000;
-    Peer peer = ConnectedPeer();
-    const auto play = [&] {
-        for (; left > 0 && socket.WaitingBytes() < kEnough; --left)
-            socket.SendData(record);
-    };
-    socket.OnDrained = play;
-    play();
-    const std::size_t all = left * record.size() + socket.Progress().accepted;
-    std::size_t received = 0;
-    while (received < all) {
-        const std::size_t bytes = peer.Receive(1).size();
-        ASSERT_GT(bytes, 0);
-        received += bytes;
-        EXPECT_LE(socket.WaitingBytes(), kEnough + record.size());
-    }
-    EXPECT_EQ(left, 0);
-}
-
 TEST_F(DeliveryTest, FinishTellsWhenThePeersSystemHasEverything)
 {
     EXPECT_EQ(FailureOf([&] { socket.Finish(); }), failure::kWrongProtocolOrState);
@@ -133,24 +110,24 @@ TEST_F(DeliveryTest, ALossTellsWhatWasNotAcknowledged)
 
 TEST_F(DeliveryTest, BytesThatAreThrownAwayEndInAReset)
 {
-    const auto whatAReceiverSees = [this](const std::function<void(Winsock&)>& end) {
+    const auto whatAReceiverSees = [this](const std::string& record,
+                                          const std::function<void(Winsock&)>& end) {
         auto program = std::make_unique<Winsock>(gate, loop.loop, formats);
         Peer listener = Peer::Listening(loop);
         program->Connect("127.0.0.1", listener.PortText());
         Peer peer = listener.Accepted();
         EXPECT_TRUE(loop.WaitFor([&] { return program->State() == SocketState::kConnected; }));
+        program->SendData(record);
         end(*program);
         program.reset();
         const std::string all = peer.ReceiveAll();
         return all.substr(all.size() - 5);
     };
-    EXPECT_EQ(whatAReceiverSees([](Winsock& program) { program.SendData(kMuch); }), "reset");
-    EXPECT_EQ(whatAReceiverSees([](Winsock& program) {
-                  program.SendData(kMuch);
-                  program.Close();
-              }),
-              "reset");
-    EXPECT_EQ(whatAReceiverSees([](Winsock& program) { program.SendData("little"); }), "ittle");
+    const auto close = [](Winsock& program) { program.Close(); };
+    const auto goAway = [](Winsock&) {};
+    EXPECT_EQ(whatAReceiverSees(kMuch, goAway), "reset");
+    EXPECT_EQ(whatAReceiverSees(kMuch, close), "reset");
+    EXPECT_EQ(whatAReceiverSees("little", goAway), "ittle");
 }
 
 TEST_F(DeliveryTest, AConnectionThatLingersTooLongIsReset)

@@ -107,7 +107,7 @@ TEST_F(FaultsTest, ACallThatIsInterruptedForEverKeepsNoCoreBusy)
     EXPECT_TRUE(Happens("request"));
 }
 
-TEST_F(FaultsTest, AGroupThatTheSystemRefusesToOpenIsAFailureOfTheCall)
+TEST_F(FaultsTest, WhatTheSystemRefusesAGroupIsAFailureOfTheCallAlone)
 {
     Multicast group(gate, loop.loop);
     group.OnError = [this](int, const std::string&) { events.emplace_back("error of the group"); };
@@ -117,17 +117,12 @@ TEST_F(FaultsTest, AGroupThatTheSystemRefusesToOpenIsAFailureOfTheCall)
         EXPECT_EQ(FailureOf([&] { group.SendToGroup({'x'}, "ff05::123", 5016); }),
                   kAddressFamilyNotSupported);
     });
-    EXPECT_TRUE(loop.ComesToRest());
-    EXPECT_EQ(events, Events{});
-}
-
-TEST_F(FaultsTest, ARecordForAGroupThatFindsNoMemoryIsRefusedAlone)
-{
-    Multicast group(gate, loop.loop);
-    group.OnError = [this](int, const std::string&) { events.emplace_back("error of the group"); };
-    WithFailingCall({.number = SYS_sendto, .error = ENOMEM}, [&] {
-        EXPECT_EQ(FailureOf([&] { group.SendToGroup({'x'}, "239.1.2.3", 5016); }), failure::kNoBufferSpace);
-    });
+    for (const auto& [error, number] :
+         {std::pair(ENOMEM, failure::kNoBufferSpace), {EAGAIN, failure::kSocketWouldBlock}}) {
+        WithFailingCall({.number = SYS_sendto, .error = error}, [&, number = number] {
+            EXPECT_EQ(FailureOf([&] { group.SendToGroup({'x'}, "239.1.2.3", 5016); }), number);
+        });
+    }
     EXPECT_TRUE(loop.ComesToRest());
     EXPECT_EQ(events, Events{});
 }

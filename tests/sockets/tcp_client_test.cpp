@@ -1,30 +1,11 @@
 #include "platform/sockets/tcp_opening.h"
-#include "sockets/fresh_network.h"
 #include "sockets/winsock_fixture.h"
+#include "support/fresh_network.h"
 
 namespace platform::sockets {
 namespace {
 
 class TcpClientTest : public WinsockTest {};
-
-TEST_F(TcpClientTest, ConnectsFromTheEventLoopAndSendsTextAsAnsiBytes)
-{
-    Peer listening = Peer::Listening(loop);
-    socket.SetRemoteHost(" 127.0.0.1 ");
-    socket.SetRemotePort(listening.Port());
-    socket.Connect();
-    EXPECT_EQ(WinsockControl::kConnecting, socket.State());
-    EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("early"); }));
-    EXPECT_EQ(Events{}, events);
-
-    Peer peer = listening.Accepted();
-    ASSERT_TRUE(Happens("connect"));
-    EXPECT_EQ(WinsockControl::kConnected, socket.State());
-    socket.SendData("A€é中");
-    socket.SendData("");
-    socket.SendData("B");
-    EXPECT_EQ("A\x80\xE9?B", peer.Receive(5));
-}
 
 TEST_F(TcpClientTest, ARefusedConnectionIsAnErrorAndLeavesTheControlInError)
 {
@@ -76,32 +57,27 @@ TEST_F(TcpClientTest, AConnectionToAFreePortDoesNotMeetItself)
     EXPECT_TRUE(Happens("error 10061"));
 }
 
-TEST_F(TcpClientTest, AnOrderlyEndRaisesTheLastDataAndThenClose)
+TEST_F(TcpClientTest, APeerThatLeavesIsOneEventWhateverSendingMeetsFirst)
 {
-    Peer peer = ConnectedPeer();
-    peer.Send("last");
-    peer.Close();
-    EXPECT_TRUE(Happens("close"));
-    EXPECT_EQ((Events{"data last", "close"}), events);
-}
-
-TEST_F(TcpClientTest, AResetThatSendingMeetsFirstIsStillOneError)
-{
-    Peer peer = ConnectedPeer();
-    peer.Reset();
-    EXPECT_EQ(failure::kConnectionReset, FailureOf([&] { socket.SendData("lost"); }));
-    EXPECT_TRUE(Happens("error 10054"));
-    EXPECT_EQ(Events{"error 10054"}, events);
-}
-
-TEST_F(TcpClientTest, SendingToAPeerThatHasGoneInOrderStillEndsInClose)
-{
-    Peer peer = ConnectedPeer();
-    peer.Close();
-    socket.SendData("answered with a reset");
-    EXPECT_EQ(failure::kConnectionAborted, FailureOf([&] { socket.SendData("refused"); }));
-    EXPECT_TRUE(Happens("close"));
-    EXPECT_EQ(Events{"close"}, events);
+    const auto lastWords = [](Peer& peer) {
+        peer.Send("last");
+        peer.Close();
+    };
+    const struct {
+        std::function<void(Peer&)> leave;
+        std::vector<int> sending;
+        Events events;
+    } cases[] = {{lastWords, {}, {"data last", "close"}},
+                 {&Peer::Close, {0, failure::kConnectionAborted}, {"close"}},
+                 {&Peer::Reset, {failure::kConnectionReset}, {"error 10054"}}};
+    for (const auto& [leave, sending, expected] : cases) {
+        Peer peer = ConnectedPeer();
+        leave(peer);
+        for (const int number : sending)
+            EXPECT_EQ(FailureOf([&] { socket.SendData("record"); }), number);
+        EXPECT_TRUE(Happens(expected.back()));
+        EXPECT_EQ(events, expected);
+    }
 }
 
 TEST_F(TcpClientTest, NoEventComesAfterClose)

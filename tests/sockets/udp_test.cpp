@@ -1,6 +1,6 @@
 #include "platform/sockets/multicast.h"
-#include "sockets/fresh_network.h"
 #include "sockets/winsock_fixture.h"
+#include "support/fresh_network.h"
 
 namespace platform::sockets {
 namespace {
@@ -25,15 +25,16 @@ TEST_F(UdpTest, ConnectOnlyRemembersTheTarget)
     EXPECT_EQ(Events{}, events);
 }
 
-TEST_F(UdpTest, AHostNameIsLookedUpFirst)
+TEST_F(UdpTest, BlanksOfEveryKindAroundAHostAreDropped)
 {
     Peer receiver = Peer::Datagrams(loop);
-    socket.Connect("localhost", receiver.PortText());
-    EXPECT_EQ(WinsockControl::kConnecting, socket.State());
-    EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.SendData("early"); }));
-    EXPECT_TRUE(loop.WaitFor([&] { return socket.State() == WinsockControl::kConnected; }));
-    socket.SendData("record");
-    EXPECT_EQ("record", receiver.ReceiveDatagram());
+    for (const char* blank : {" ", "\t", "\r\n", "\u00A0", "\u200B", "\u3000", "\uFEFF", " \u00A0\t "}) {
+        socket.Connect(blank + std::string("127.0.0.1") + blank, receiver.PortText());
+        EXPECT_EQ(socket.State(), WinsockControl::kConnected) << "a host to look up: " << blank;
+        socket.Close();
+        EXPECT_EQ(failure::kAddressNotAvailable, FailureOf([&] { socket.Connect(blank, "5015"); }));
+    }
+    EXPECT_EQ(WithoutBlanksAround(" M\u00FCller's till "), "M\u00FCller's till");
 }
 
 TEST_F(UdpTest, AReceiverThatSaysHelloGetsTheFeed)
@@ -79,6 +80,9 @@ TEST_F(UdpTest, BindOpensTheLocalPortAndSharesItWithThoseWhoShare)
     const Peer alone = Peer::Datagrams(loop, "0.0.0.0");
     EXPECT_EQ(failure::kAddressInUse, FailureOf([&] { socket.Bind(alone.PortText()); }));
     EXPECT_EQ(WinsockControl::kClosed, socket.State());
+    socket.Bind("1.5");
+    EXPECT_EQ(2, socket.LocalPort()) << "rounded as everywhere";
+    socket.Close();
     socket.SetProtocol(WinsockControl::Protocol::kTcp);
     EXPECT_EQ(failure::kWrongProtocolOrState, FailureOf([&] { socket.Bind("0"); }));
 }

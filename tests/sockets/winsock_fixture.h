@@ -9,9 +9,9 @@
 #include "platform/event_gate.h"
 #include "platform/failure.h"
 #include "platform/sockets/winsock.h"
-#include "sockets/loop_helpers.h"
-#include "sockets/peer.h"
+#include "sockets/epoll_test_loop.h"
 #include "support/failure_of.h"
+#include "support/peer.h"
 
 namespace platform::sockets {
 

@@ -65,6 +65,16 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([&] { return ended; }));
     }
 
+    /// The passes of the program's loop while a dialog is up for a tenth of a second.
+    int PassesOfADialog()
+    {
+        const int before = loop.passes;
+        QEventLoop dialog;
+        QTimer::singleShot(100, &dialog, &QEventLoop::quit);
+        dialog.exec();
+        return loop.passes - before;
+    }
+
     CountingLoop loop;
     LoopBridge bridge{loop};
     EventGate gate;
@@ -133,11 +143,7 @@ TEST_P(LoopBridgeTest, RestsWhileTheGateIsBusy)
     Run([&] {
         gate.Enter([&] {
             timer.SetEnabled(true);
-            const int before = loop.passes;
-            QEventLoop dialog;
-            QTimer::singleShot(100, &dialog, &QEventLoop::quit);
-            dialog.exec();
-            EXPECT_LE(loop.passes - before, 3) << "one tick, and what it takes to see that there is no other";
+            EXPECT_LE(PassesOfADialog(), 3) << "one tick, and what it takes to see that there is no other";
             EXPECT_EQ(ticks, 0);
         });
     });
@@ -153,15 +159,7 @@ TEST_P(LoopBridgeTest, RestsInADialogThatATicksPauseLetsIn)
     timer.OnTimer = [&] {
         if (++ticks > 1)
             return;
-        QTimer::singleShot(0, [&] {
-            gate.Enter([&] {
-                const int before = loop.passes;
-                QEventLoop dialog;
-                QTimer::singleShot(100, &dialog, &QEventLoop::quit);
-                dialog.exec();
-                passes = loop.passes - before;
-            });
-        });
+        QTimer::singleShot(0, [&] { gate.Enter([&] { passes = PassesOfADialog(); }); });
         events.ProcessPending();
     };
     timer.SetInterval(1);

@@ -11,11 +11,8 @@
 #include <QTest>
 #include <QWheelEvent>
 #include <algorithm>
-#include <cmath>
 
-#include "platform/failure.h"
 #include "platform/window/caption_font.h"
-#include "support/failure_of.h"
 
 namespace platform::window {
 namespace {
@@ -75,22 +72,25 @@ TEST(MainWindow, ClipsNoCaptionInAnyFont)
     QApplication::setFont(usual);
 }
 
-TEST_F(MainWindowTest, MovesTheFocusThroughNamedInputsInOrderFromOpenFile)
+/// Whoever works by keyboard must see where the next key goes, in empty lists and boxes as well.
+TEST_F(MainWindowTest, MovesTheFocusThroughNamedInputsInOrderAndShowsIt)
 {
     const QString order =
         "cmdOpenDialogue cmdPlay cmdPause cmdClear txtIPAddress txtPortNumber cboProtocol cboConnect "
-        "chkReconnect "
-        "cmdApply txtTimerInterval DataViewList txtFilePath txtDBTime lstStatus chkTransferTime txtHeartbeat "
-        "cmdOpenDialogue";
+        "chkReconnect cmdApply txtTimerInterval DataViewList txtFilePath txtDBTime lstStatus chkTransferTime "
+        "txtHeartbeat cmdOpenDialogue";
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    window.setAttribute(Qt::WA_KeyboardFocusChange);  // as after a first Tab
     for (const QString& name : order.split(' ')) {
         QWidget* const input = window.focusWidget();
         ASSERT_NE(input, nullptr) << name.toStdString();
         EXPECT_EQ(input->objectName(), name);
         EXPECT_FALSE(QAccessible::queryAccessibleInterface(input)->text(QAccessible::Name).isEmpty())
             << name.toStdString();
+        const QImage with = input->grab().toImage();
         QTest::keyClick(input, Qt::Key_Tab);
+        EXPECT_TRUE(input->grab().toImage() != with) << name.toStdString();
     }
 }
 
@@ -109,9 +109,12 @@ TEST_F(MainWindowTest, TakesOneLineWithoutUnseenCharactersHoweverItComes)
     };
     const std::string longest(255, 'x');
     const Case cases[] = {
-        {"10.0.0.1\r\n", "10.0.0.1"}, {"\t10.0.0.1\u200B\u2028", "10.0.0.1"},
-        {" a & b ", " a & b "},       {"caf\u00E9\u00A0\U0001F600", "caf\u00E9\u00A0\U0001F600"},
-        {longest + "y", longest},     {longest.substr(1) + "\U0001F600", longest.substr(1)},
+        {"10.0.0.1\r\n", "10.0.0.1"},
+        {"\t10.0.0.1\u200B\u2028", "10.0.0.1"},
+        {" a & b ", " a & b "},
+        {"caf\u00E9\u00A0\U0001F600", "caf\u00E9\u00A0\U0001F600"},
+        {std::string(1'000'000, 'x'), longest},
+        {longest.substr(1) + "\U0001F600", longest.substr(1)},
         {"\U000E0001\x7F\x01", ""},
     };
     TextBox& box = window.txtIPAddress;
@@ -132,13 +135,6 @@ TEST_F(MainWindowTest, TakesOneLineWithoutUnseenCharactersHoweverItComes)
     EXPECT_EQ(box.Text(), "10.0.0..1") << "the cursor stays behind what was pasted";
 }
 
-TEST_F(MainWindowTest, CutsAMegabyteThatIsPasted)
-{
-    QGuiApplication::clipboard()->setText(QString(1'000'000, 'x'));
-    window.txtIPAddress.paste();
-    EXPECT_EQ(window.txtIPAddress.Text(), std::string(255, 'x'));
-}
-
 TEST_F(MainWindowTest, ShowsWhatTheProgramWritesForCopyingOnly)
 {
     window.show();
@@ -149,20 +145,6 @@ TEST_F(MainWindowTest, ShowsWhatTheProgramWritesForCopyingOnly)
         QTest::keyClicks(box, "typed");
         EXPECT_FALSE(box->text().contains("typed"));
         EXPECT_EQ(box->focusPolicy(), Qt::StrongFocus);
-    }
-}
-
-TEST_F(MainWindowTest, TakesOnlyItemsOfADropDownList)
-{
-    DropDownList& list = window.cboProtocol;
-    list.AddItem("TCP");
-    list.AddItem("UDP");
-    EXPECT_EQ(list.Text(), "") << "nothing is selected yet";
-    list.SetText("udp");
-    EXPECT_EQ(list.Text(), "UDP");
-    for (const char* text : {"", "UD", "UDP ", "*"}) {
-        EXPECT_EQ(FailureOf([&] { list.SetText(text); }), failure::kTextNotInList);
-        EXPECT_EQ(list.Text(), "UDP");
     }
 }
 
@@ -188,54 +170,34 @@ TEST_F(MainWindowTest, ChangesADropDownListByTheWheelOnlyWhileItHasTheFocus)
     EXPECT_EQ(list.Text(), "MCAST");
 }
 
-/// How well two colours can be told apart, from 1 to 21, as accessibility guidelines count it.
-double Contrast(const QColor& one, const QColor& other)
-{
-    const auto luminance = [](const QColor& color) {
-        const auto linear = [](double part) {
-            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-               0.0722 * linear(color.blueF());
-    };
-    const std::pair<double, double> range = std::minmax({luminance(one), luminance(other)});
-    return (range.second + 0.05) / (range.first + 0.05);
-}
-
 TEST_F(MainWindowTest, ShowsAnEmptyCheckBoxInADarkTheme)
 {
-    constexpr double kLeastForControls = 3;
+    constexpr int kBrightEnough =
+        126;  // three times the contrast of no difference, as guidelines for controls count it
     const QColor dark(53, 53, 53);
     window.setPalette(
         QPalette(Qt::white, dark, Qt::gray, Qt::black, Qt::darkGray, Qt::white, QColor(35, 35, 35)));
     CheckBox& box = window.chkReconnect;
     QStyleOptionButton option;
     option.initFrom(&box);
-    const QRect place = box.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box);
+    const QPoint middle = box.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box).center();
     const QImage picture = window.grab(QRect(box.mapTo(&window, QPoint()), box.size())).toImage();
-    const double scale = picture.devicePixelRatio();
-    double contrastOfEdge = 1;
-    for (int x = 0; x < place.center().x() * scale; ++x) {
-        const int middle = static_cast<int>(place.center().y() * scale);
-        contrastOfEdge = std::max(contrastOfEdge, Contrast(picture.pixelColor(x, middle), dark));
+    int brightest = 0;
+    for (int x = 0; x < middle.x() * picture.devicePixelRatio(); ++x) {
+        const int y = static_cast<int>(middle.y() * picture.devicePixelRatio());
+        brightest = std::max(brightest, qGray(picture.pixel(x, y)));
     }
-    EXPECT_GE(contrastOfEdge, kLeastForControls);
+    EXPECT_GE(brightest, kBrightEnough);
 }
 
-TEST_F(MainWindowTest, TicksABox)
+TEST_F(MainWindowTest, LeavesTheThirdStateOfACheckBoxForGood)
 {
     CheckBox& box = window.chkReconnect;
-    for (const int value : {1, 2, 0}) {
-        box.SetValue(value);
+    box.SetValue(CheckBox::kNeither);
+    for (const int value : {CheckBox::kUnticked, CheckBox::kTicked, CheckBox::kUnticked}) {
+        box.click();
         EXPECT_EQ(box.Value(), value);
     }
-    for (const int value : {-1, 3})
-        EXPECT_EQ(FailureOf([&] { box.SetValue(value); }), failure::kInvalidPropertyValue);
-    box.SetValue(2);
-    box.click();
-    EXPECT_EQ(box.Value(), 0) << "the operator leaves the third state for good";
-    box.click();
-    EXPECT_EQ(box.Value(), 1);
 }
 
 TEST_F(MainWindowTest, LetsClicksThroughTheGateOneAtATime)

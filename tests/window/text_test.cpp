@@ -33,12 +33,6 @@ TEST(Text, IsVisibleOnOneLine)
         EXPECT_EQ(VisibleText(each.text, 100).toStdU16String(), each.visible) << each.text;
 }
 
-TEST(Text, IsVisibleAsFarAsAskedFor)
-{
-    EXPECT_EQ(VisibleText("\u20AC\u20AC\u20AC", 2).toStdU16String(), u"\u20AC\u20AC");
-    EXPECT_EQ(VisibleText("\r\nb", 1).toStdU16String(), u"\u21B5");
-}
-
 TEST(Text, IsARecordAsItWouldBePrinted)
 {
     const auto lines = [](int count) {

@@ -1,5 +1,6 @@
-#include "sockets/peer.h"
+#include "support/peer.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <net/if.h>
 #include <poll.h>
@@ -10,12 +11,16 @@
 #include <cstring>
 #include <filesystem>
 #include <iterator>
-#include <vector>
 
 #include "platform/sockets/socket.h"
 
-namespace platform::sockets {
 namespace {
+
+using platform::FileDescriptor;
+using platform::sockets::AddressFromText;
+using platform::sockets::OpenSocket;
+using platform::sockets::SetOption;
+using platform::sockets::SocketAddress;
 
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
 
@@ -36,6 +41,16 @@ FileDescriptor OpenBound(int type, const std::string& host, std::uint16_t port, 
     return socket;
 }
 
+/// A connection, or none where nobody listens.
+FileDescriptor Connected(const SocketAddress& target)
+{
+    FileDescriptor socket(::socket(target.Family(), SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (::connect(socket.Number(), target.Data(), target.Size()) != 0)
+        return {};
+    ::fcntl(socket.Number(), F_SETFL, O_NONBLOCK);
+    return socket;
+}
+
 }  // namespace
 
 std::size_t OpenDescriptors()
@@ -47,10 +62,18 @@ std::size_t OpenDescriptors()
 Peer Peer::ConnectTo(TestLoop& loop, std::uint16_t port, const std::string& address)
 {
     const SocketAddress target = AddressOf(address, port);
-    FileDescriptor socket = OpenSocket(target.Family(), SOCK_STREAM);
-    const int result = ::connect(socket.Number(), target.Data(), target.Size());
-    EXPECT_TRUE(result == 0 || errno == EINPROGRESS) << std::strerror(errno);
+    FileDescriptor socket;
+    EXPECT_TRUE(loop.WaitFor([&] {
+        socket = Connected(target);
+        return socket.IsOpen();
+    })) << "nobody listens on port "
+        << port;
     return Peer(loop, std::move(socket));
+}
+
+bool Peer::IsRefused(std::uint16_t port)
+{
+    return !Connected(AddressOf("127.0.0.1", port)).IsOpen();
 }
 
 Peer Peer::Listening(TestLoop& loop, const std::string& address, std::uint16_t port)
@@ -79,6 +102,16 @@ Peer Peer::InGroup(TestLoop& loop, const std::string& group, std::uint16_t port,
     return Peer(loop, std::move(socket));
 }
 
+std::uint16_t Peer::Port() const
+{
+    return SocketAddress::OfSocket(socket_.Number()).Port();
+}
+
+void Peer::KeepOnly(int bytes)
+{
+    SetOption(socket_, SOL_SOCKET, SO_RCVBUF, bytes);
+}
+
 Peer Peer::Accepted()
 {
     FileDescriptor connection;
@@ -90,22 +123,38 @@ Peer Peer::Accepted()
     return Peer(*loop_, std::move(connection));
 }
 
-void Peer::Send(const std::string& bytes)
+std::vector<std::string> Peer::TakeConnections()
 {
-    EXPECT_EQ(static_cast<ssize_t>(bytes.size()),
-              ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
+    std::vector<std::string> contents;
+    pollfd waiting{.fd = socket_.Number(), .events = POLLIN, .revents = 0};
+    while (::poll(&waiting, 1, 0) == 1)
+        contents.push_back(Accepted().ReceiveAll());
+    return contents;
 }
 
-void Peer::SendBlocking(std::string_view bytes)
+void Peer::Send(std::string_view bytes)
 {
-    while (!bytes.empty()) {
-        pollfd writable{.fd = socket_.Number(), .events = POLLOUT, .revents = 0};
-        ::poll(&writable, 1, -1);
+    bool isBroken = false;
+    EXPECT_TRUE(loop_->WaitFor([&] {
         const ssize_t sent = ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        if (sent < 0 && errno != EAGAIN)
-            return;
+        isBroken = sent < 0 && errno != EAGAIN;
         bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(sent, 0)));
+        return isBroken || bytes.empty();
+    }));
+    EXPECT_FALSE(isBroken) << std::strerror(errno);
+}
+
+std::size_t Peer::SendUntilFull(std::size_t most)
+{
+    constexpr int kPatience = 200;  // milliseconds
+    const std::string piece(std::size_t{1} << 16, 'x');
+    std::size_t sent = 0;
+    pollfd writable{.fd = socket_.Number(), .events = POLLOUT, .revents = 0};
+    while (sent < most && ::poll(&writable, 1, kPatience) == 1) {
+        const ssize_t count = ::send(socket_.Number(), piece.data(), piece.size(), MSG_NOSIGNAL);
+        sent += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }
+    return sent;
 }
 
 void Peer::SendTo(std::uint16_t port, const std::string& bytes, const std::string& address)
@@ -113,6 +162,16 @@ void Peer::SendTo(std::uint16_t port, const std::string& bytes, const std::strin
     const SocketAddress target = AddressOf(address, port);
     EXPECT_EQ(static_cast<ssize_t>(bytes.size()),
               ::sendto(socket_.Number(), bytes.data(), bytes.size(), 0, target.Data(), target.Size()));
+}
+
+void Peer::AnswerWhoSends()
+{
+    EXPECT_TRUE(loop_->WaitFor([&] { return HasDatagram(); }));
+    sockaddr_storage sender{};
+    socklen_t size = sizeof sender;
+    char first = 0;
+    ::recvfrom(socket_.Number(), &first, 1, 0, reinterpret_cast<sockaddr*>(&sender), &size);
+    EXPECT_EQ(0, ::connect(socket_.Number(), reinterpret_cast<const sockaddr*>(&sender), size));
 }
 
 std::string Peer::Receive(std::size_t bytes)
@@ -134,6 +193,14 @@ std::optional<std::string> Peer::ReceiveDatagram()
     return datagram;
 }
 
+std::vector<std::string> Peer::TakeDatagrams()
+{
+    std::vector<std::string> datagrams;
+    while (HasDatagram())
+        datagrams.push_back(ReceiveDatagram().value());
+    return datagrams;
+}
+
 bool Peer::HasDatagram()
 {
     char first = 0;
@@ -147,7 +214,7 @@ void Peer::EndSending()
 
 void Peer::Reset()
 {
-    ResetOnClose(socket_);
+    platform::sockets::ResetOnClose(socket_);
     socket_.Close();
 }
 
@@ -162,5 +229,3 @@ void Peer::TakeAvailable()
     if (count < 0 && errno == ECONNRESET)
         received_ += "reset";
 }
-
-}  // namespace platform::sockets

@@ -2,12 +2,9 @@
 
 #include <chrono>
 #include <functional>
+#include <thread>
 
-#include "platform/posix/epoll_loop.h"
-
-namespace platform::sockets {
-
-/// What goes on while a test waits: passes of an event loop.
+/// What goes on while a test waits: passes of an event loop, or nothing but time.
 class TestLoop {
 public:
     virtual ~TestLoop() = default;
@@ -27,14 +24,12 @@ protected:
     virtual bool RunDuePass() = 0;
 };
 
-/// The event loop of programs without a window.
-class EpollTestLoop final : public TestLoop {
-public:
-    posix::EpollLoop loop;
-
+/// For tests of another process, which runs a loop of its own.
+class NoLoop final : public TestLoop {
 protected:
-    void RunPass(std::chrono::milliseconds longest) override;
-    bool RunDuePass() override;
+    void RunPass(std::chrono::milliseconds longest) override { std::this_thread::sleep_for(longest); }
+    bool RunDuePass() override { return false; }
 };
 
-}  // namespace platform::sockets
+/// The one that tests wait with; it has no state.
+inline NoLoop noLoop;

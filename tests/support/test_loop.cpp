@@ -1,13 +1,10 @@
-#include "sockets/loop_helpers.h"
+#include "support/test_loop.h"
 
-#include <poll.h>
-
-namespace platform::sockets {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kDeadline{20000};
+constexpr std::chrono::seconds kDeadline{30};
 constexpr std::chrono::milliseconds kLook{1};  // what a condition waits for may raise no event here
 constexpr int kMostPasses = 1000;
 
@@ -32,21 +29,3 @@ bool TestLoop::ComesToRest()
     }
     return false;
 }
-
-void EpollTestLoop::RunPass(std::chrono::milliseconds longest)
-{
-    const auto end = loop.NewAlarm([] {});
-    end->Set(Clock::now() + longest);
-    loop.RunPass(Waiting::kYes);
-}
-
-bool EpollTestLoop::RunDuePass()
-{
-    pollfd due{.fd = loop.Descriptor(), .events = POLLIN, .revents = 0};
-    if (::poll(&due, 1, 0) == 0)
-        return false;
-    loop.RunPass(Waiting::kNo);
-    return true;
-}
-
-}  // namespace platform::sockets

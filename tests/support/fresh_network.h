@@ -2,8 +2,6 @@
 
 #include "platform/posix/file_descriptor.h"
 
-namespace platform::sockets {
-
 /// A network of its own for the running test, whose only interface, the loop-back one, is down. Sockets that
 /// were opened before stay where they were.
 class FreshNetwork {
@@ -20,7 +18,5 @@ public:
     static void Run(const char* command);
 
 private:
-    FileDescriptor former_;
+    platform::FileDescriptor former_;
 };
-
-}  // namespace platform::sockets

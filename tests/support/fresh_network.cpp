@@ -1,12 +1,10 @@
-#include "sockets/fresh_network.h"
+#include "support/fresh_network.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 
 #include <cstdlib>
-
-namespace platform::sockets {
 
 FreshNetwork::FreshNetwork() : former_(::open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC))
 {
@@ -22,5 +20,3 @@ void FreshNetwork::Run(const char* command)
 {
     EXPECT_EQ(0, std::system(command)) << command;
 }
-
-}  // namespace platform::sockets
