@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <thread>
 
 #include "fakes/clock_and_formats.h"
 #include "platform/failure.h"
@@ -106,6 +107,21 @@ TEST_F(Trimming, IsSilentWhereThereIsNoLog)
     std::filesystem::create_directory(log_);
     file_.Trim(log_, 0, kNoon);
     EXPECT_EQ(folder_.NamesBut("Error.log"), std::vector<std::string>{});
+}
+
+TEST_F(Trimming, LetsARecordWrittenMeanwhileWaitForTheNewFile)
+{
+    WriteFile(log_, "old\r\n");
+    std::thread writer;
+    {
+        const auto log = files_.OpenLocked(log_);
+        writer = std::thread([&] { files_.Append(log_, "new\r\n"); });
+        log->KeepLines([](std::int64_t, std::string_view) { return false; });
+        log->KeepLines([](std::int64_t, std::string_view) { return true; });
+        EXPECT_EQ(ReadFile(log_), "");
+    }
+    writer.join();
+    EXPECT_EQ(ReadFile(log_), "new\r\n");
 }
 
 TEST_F(Trimming, WhatFailsOnTheWayLeavesTheLogAsItWas)

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "jet/made_database.h"
+#include "platform/failure.h"
 #include "platform/jet/sorting.h"
+#include "support/failure_of.h"
 
 namespace platform::jet {
 namespace {
@@ -97,6 +99,16 @@ TEST(ColumnValue, IsWhatItsTypeSays)
         const Value absent = type == ColumnType::kBoolean ? Value(false) : Value(Null{});
         EXPECT_EQ(OneColumn(type, bytes, false).Read(), absent) << static_cast<int>(type);
     }
+}
+
+TEST(ColumnValue, ThatMakesNoSenseIsRefused)
+{
+    EXPECT_THROW((void)OneColumn(static_cast<ColumnType>(99), {1}).Read(), Damage);
+    EXPECT_THROW((void)OneColumn(ColumnType::kMemo, {5, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 'a'}).Read(),
+                 Damage)
+        << "shorter than it says";
+    EXPECT_THROW((void)OneColumn(ColumnType::kMemo, {5, 0, 0, 0}).Read(), Damage) << "a pointer to nowhere";
+    EXPECT_EQ(FailureOf([] { (void)OneColumn(ColumnType::kDate, BytesOf(1e9)).Read(); }), failure::kOverflow);
 }
 
 TEST(SortKey, OrdersAsTheValuesDo)

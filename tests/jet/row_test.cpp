@@ -93,6 +93,16 @@ TEST(Row, Jet4ColumnsAreNullByMaskByAgeAndByCount)
     EXPECT_EQ(withoutOffsets.BytesOf(Fixed(0, 4))->U32(0), 42U);
 }
 
+TEST(Row, ThatMakesNoSenseIsDamage)
+{
+    EXPECT_THROW(MakeRow({}), Damage) << "nothing";
+    EXPECT_THROW(MakeRow({200, 0, 1}), Damage) << "a mask longer than the row";
+    EXPECT_THROW((void)MakeRow({1, 0, 'x', 'y', 2, 0, 4, 0, 1, 0, 0x01}).BytesOf(Variable(0, 0)), Damage)
+        << "a text that ends before it begins";
+    EXPECT_THROW((void)MakeRow({1, 0, 'x', 'y', 9, 0, 2, 0, 1, 0, 0x01}).BytesOf(Variable(0, 0)), Damage)
+        << "a text that reaches into the offsets";
+}
+
 TEST(Row, IsFoundThatMovedMoreThanOnceButNotInACircle)
 {
     constexpr std::uint32_t kOwner = 9;
