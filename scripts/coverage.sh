@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Measures which lines and branches of the logic rooms the tests run, file by file.
+# Measures which lines and branches of the logic, the player and the recorder the tests run, file by file.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
@@ -10,9 +10,17 @@ cmake -S . -B build/coverage -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BU
 cmake --build build/coverage
 
 rm -rf build/coverage/profiles
-LLVM_PROFILE_FILE="$PWD/build/coverage/profiles/%p.profraw" ctest --test-dir build/coverage --output-on-failure
+LLVM_PROFILE_FILE="$PWD/build/coverage/profiles/%p-%m.profraw" ctest --test-dir build/coverage --output-on-failure
 llvm-profdata-14 merge --sparse build/coverage/profiles/*.profraw --output build/coverage/tests.profdata
 
-llvm-cov-14 report --instr-profile build/coverage/tests.profdata build/coverage/bin/logic_tests \
-    --object build/coverage/bin/end_to_end_tests --show-region-summary=false \
-    src/{app,config,errorlog,source,transport,replay}
+objects=()
+for program in end_to_end_tests play_tests play_feed recorder_tests record_feed; do
+    objects+=(--object "build/coverage/bin/$program")
+done
+report() {
+    llvm-cov-14 report --instr-profile build/coverage/tests.profdata build/coverage/bin/logic_tests "${objects[@]}" \
+        --show-region-summary=false "$@"
+}
+report src/{app,config,errorlog,source,transport,replay}
+report src/play
+report src/record

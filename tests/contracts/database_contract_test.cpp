@@ -34,8 +34,7 @@ public:
         std::vector<tools::Receipt> receipts;
         for (int ref = count; ref >= 1; --ref)
             receipts.push_back({ref, "record", std::nullopt, std::nullopt});
-        const tools::Bytes bytes = tools::DatabaseBytes(receipts);
-        WriteFile(folder_.Path("shop.mdb"), std::string(bytes.begin(), bytes.end()));
+        WriteFile(folder_.Path("shop.mdb"), tools::DatabaseBytes(receipts));
         return engine_.OpenDatabase(folder_.Path("shop.mdb"), "")
             ->OpenRecordset("SELECT * FROM trans ORDER BY ref");
     }
@@ -64,17 +63,10 @@ TYPED_TEST(DatabaseContract, ARecordSetOutlivesItsDatabaseAndStandsOnItsFirstRow
         records->MoveNext();
     }
     EXPECT_TRUE(records->AtEOF());
-    records->MoveFirst();
-    EXPECT_EQ(records->Field("ref"), Value(1));
-}
-
-TYPED_TEST(DatabaseContract, PastTheLastRowThereIsNoCurrentRecord)
-{
-    const auto records = this->its.Open(1);
-    records->MoveNext();
     EXPECT_EQ(FailureOf([&] { records->MoveNext(); }), failure::kNoCurrentRecord);
     EXPECT_EQ(FailureOf([&] { return records->Field("ref"); }), failure::kNoCurrentRecord);
-    EXPECT_TRUE(records->AtEOF());
+    records->MoveFirst();
+    EXPECT_EQ(records->Field("ref"), Value(1));
 }
 
 TYPED_TEST(DatabaseContract, AnEmptyTableHasNoFirstRecord)

@@ -33,14 +33,6 @@ struct RealSockets {
 template <class Sockets>
 class SocketContract : public testing::Test {
 protected:
-    /// What opens a control that is closed.
-    std::vector<std::function<void()>> Openings()
-    {
-        return {[this] { winsock.Connect(); }, [this] { winsock.Connect("127.0.0.1", "5015"); },
-                [this] { winsock.Listen(); },  [this] { winsock.Bind("0"); },
-                [this] { winsock.Accept(1); }, [this] { winsock.SetProtocol(Protocol::kTcp); }};
-    }
-
     void SetTarget(const std::string& host, std::int32_t port)
     {
         winsock.SetRemoteHost(host);
@@ -86,10 +78,14 @@ TYPED_TEST(SocketContract, EachOpeningHasItsState)
 TYPED_TEST(SocketContract, OnlyAClosedControlCanBeOpened)
 {
     auto& control = this->winsock;
+    const std::function<void()> openings[] = {
+        [&] { control.Connect(); }, [&] { control.Connect("127.0.0.1", "5015"); },
+        [&] { control.Listen(); },  [&] { control.Bind("0"); },
+        [&] { control.Accept(1); }, [&] { control.SetProtocol(Protocol::kTcp); }};
     for (const Protocol protocol : {Protocol::kTcp, Protocol::kUdp}) {
         control.SetProtocol(protocol);
         control.Listen();
-        for (const auto& open : this->Openings())
+        for (const auto& open : openings)
             EXPECT_EQ(FailureOf(open), failure::kInvalidOperationAtCurrentState);
         EXPECT_EQ(control.State(), SocketState::kListening);
         control.Close();
@@ -127,13 +123,9 @@ TYPED_TEST(SocketContract, SendingNeedsAPeer)
     const auto send = [&] { control.SendData("record"); };
     EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
     EXPECT_EQ(FailureOf([&] { control.Accept(1); }), failure::kWrongProtocolOrState);
-    control.Listen();
-    EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
-    control.Close();
-    control.SetProtocol(Protocol::kUdp);
-    for (const auto& open :
-         std::vector<std::function<void()>>{[&] { control.Listen(); }, [&] { control.Bind("0"); }}) {
-        open();
+    for (const Protocol protocol : {Protocol::kTcp, Protocol::kUdp}) {
+        control.SetProtocol(protocol);
+        control.Listen();
         EXPECT_EQ(FailureOf(send), failure::kWrongProtocolOrState);
         control.Close();
     }
@@ -153,23 +145,17 @@ TYPED_TEST(SocketContract, AGroupIsAnAddressOfAGroupAndAPort)
         std::int32_t port;
         int number;
     } cases[] = {{"239.1.2.3", 5015, 0},
-                 {"224.0.0.251", 65535, 0},
-                 {"ff02::1234", 1, 0},
+                 {"ff02::1234", 65535, 0},
                  {"127.0.0.1", 5015, failure::kInvalidPropertyValue},
                  {"240.0.0.1", 5015, failure::kInvalidPropertyValue},
                  {"::1", 5015, failure::kInvalidPropertyValue},
-                 {"shop", 5015, failure::kInvalidPropertyValue},
                  {"", 5015, failure::kInvalidPropertyValue},
                  {"239.1.2.3", 0, failure::kInvalidPropertyValue},
                  {"239.1.2.3", 65536, failure::kInvalidPropertyValue}};
-    for (const auto& [group, port, number] : cases) {
-        EXPECT_EQ(FailureOf([&, &group = group, &port = port] { this->multicast.OpenGroup(group, port); }),
-                  number)
-            << group << " " << port;
-        EXPECT_EQ(
-            FailureOf([&, &group = group, &port = port] { this->multicast.SendToGroup({65}, group, port); }),
-            number)
-            << group << " " << port;
+    for (const auto& c : cases) {
+        EXPECT_EQ(FailureOf([&] { this->multicast.OpenGroup(c.group, c.port); }), c.number) << c.group;
+        EXPECT_EQ(FailureOf([&] { this->multicast.SendToGroup({65}, c.group, c.port); }), c.number)
+            << c.group;
     }
 }
 

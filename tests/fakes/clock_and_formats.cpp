@@ -1,5 +1,7 @@
 #include "fakes/clock_and_formats.h"
 
+#include <time.h>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -8,55 +10,33 @@
 namespace platform::fakes {
 namespace {
 
-using namespace std::chrono;
+std::tm PartsOf(DateTime moment)
+{
+    const std::time_t second = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
+    std::tm parts{};
+    ::gmtime_r(&second, &parts);
+    return parts;
+}
 
-template <class... Numbers>
-std::string Formatted(const char* format, Numbers... numbers)
+std::string Formatted(const char* format, int first, int second, int third)
 {
     std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), format, numbers...);
+    std::snprintf(buffer.data(), buffer.size(), format, first, second, third);
     return buffer.data();
-}
-
-std::optional<local_days> DayOf(const std::string& text)
-{
-    int yearNumber = 0;
-    unsigned monthNumber = 0;
-    unsigned dayNumber = 0;
-    int end = 0;
-    if (std::sscanf(text.c_str(), "%4d-%2u-%2u%n", &yearNumber, &monthNumber, &dayNumber, &end) != 3 ||
-        static_cast<std::size_t>(end) != text.size())
-        return std::nullopt;
-    const year_month_day date{year{yearNumber}, month{monthNumber}, day{dayNumber}};
-    return date.ok() ? std::optional(local_days{date}) : std::nullopt;
-}
-
-std::optional<seconds> TimeOf(const std::string& text)
-{
-    unsigned hour = 0;
-    unsigned minute = 0;
-    unsigned second = 0;
-    int end = 0;
-    if (std::sscanf(text.c_str(), "%2u:%2u:%2u%n", &hour, &minute, &second, &end) != 3 ||
-        static_cast<std::size_t>(end) != text.size() || hour > 23 || minute > 59 || second > 59)
-        return std::nullopt;
-    return hours{hour} + minutes{minute} + seconds{second};
 }
 
 }  // namespace
 
 std::string PlainFormats::LongTime(DateTime moment) const
 {
-    const hh_mm_ss time{floor<seconds>(moment - floor<days>(moment))};
-    return Formatted("%02d:%02d:%02d", static_cast<int>(time.hours().count()),
-                     static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()));
+    const std::tm parts = PartsOf(moment);
+    return Formatted("%02d:%02d:%02d", parts.tm_hour, parts.tm_min, parts.tm_sec);
 }
 
 std::string PlainFormats::ShortDate(DateTime moment) const
 {
-    const year_month_day date{floor<days>(moment)};
-    return Formatted("%04d-%02u-%02u", static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                     static_cast<unsigned>(date.day()));
+    const std::tm parts = PartsOf(moment);
+    return Formatted("%04d-%02d-%02d", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday);
 }
 
 std::optional<double> PlainFormats::Number(std::string_view text) const
@@ -75,17 +55,18 @@ std::optional<double> PlainFormats::Number(std::string_view text) const
 
 std::optional<DateTime> PlainFormats::DateOrTime(std::string_view text) const
 {
-    const auto blank = text.find(' ');
-    const std::string first(text.substr(0, blank));
-    const auto day = DayOf(first);
-    const auto time = TimeOf(blank == std::string_view::npos ? first : std::string(text.substr(blank + 1)));
-    if (day && time)
-        return *day + *time;
-    if (blank != std::string_view::npos)
-        return std::nullopt;
-    if (day)
-        return *day;
-    return time ? std::optional<DateTime>(DayZero() + *time) : std::nullopt;
+    const std::string whole(text);
+    for (const char* form : {"%Y-%m-%d %H:%M:%S", "%Y-%m-%d", "%H:%M:%S"}) {
+        std::tm parts = PartsOf(DayZero());
+        const char* const end = ::strptime(whole.c_str(), form, &parts);
+        if (end == nullptr || *end != '\0')
+            continue;
+        const int day = parts.tm_mday;
+        const std::chrono::seconds moment(::timegm(&parts));
+        if (parts.tm_mday == day)  // there is such a day
+            return DateTime(moment);
+    }
+    return std::nullopt;
 }
 
 }  // namespace platform::fakes

@@ -18,11 +18,7 @@ namespace platform::fakes {
 class Window : public platform::Window, private Journaled {
 public:
     Window(Journal& journal, const std::string& name) : Journaled(journal, name) {}
-    void SetCaption(const std::string& text) override
-    {
-        Call("SetCaption", text);
-        caption = text;
-    }
+    void SetCaption(const std::string& text) override { Keep("SetCaption", text, caption); }
 
     std::string caption;
 };
@@ -30,16 +26,8 @@ public:
 class TextBox : public platform::TextBox, private Journaled {
 public:
     TextBox(Journal& journal, const std::string& name) : Journaled(journal, name) {}
-    [[nodiscard]] std::string Text() const override
-    {
-        Call("Text");
-        return text;
-    }
-    void SetText(const std::string& newText) override
-    {
-        Call("SetText", newText);
-        text = newText;
-    }
+    [[nodiscard]] std::string Text() const override { return Read("Text", text); }
+    void SetText(const std::string& newText) override { Keep("SetText", newText, text); }
 
     std::string text;
 };
@@ -47,11 +35,7 @@ public:
 class CheckBox : public platform::CheckBox, private Journaled {
 public:
     CheckBox(Journal& journal, const std::string& name) : Journaled(journal, name) {}
-    [[nodiscard]] int Value() const override
-    {
-        Call("Value");
-        return value;
-    }
+    [[nodiscard]] int Value() const override { return Read("Value", value); }
     void SetValue(int newValue) override
     {
         Call("SetValue", std::to_string(newValue));
@@ -71,17 +55,13 @@ public:
         Call("AddItem", item);
         items.push_back(item);
     }
-    [[nodiscard]] std::string Text() const override
-    {
-        Call("Text");
-        return text;
-    }
+    [[nodiscard]] std::string Text() const override { return Read("Text", text); }
     void SetText(const std::string& newText) override
     {
         Call("SetText", newText);
         const auto found = std::ranges::find(items, UpperCase(newText), UpperCase);
         if (found == items.end())
-            throw Failure(failure::kTextNotInList, "\"" + newText + "\" is not an item of the list");
+            throw Failure(failure::kTextNotInList, newText + " is not an item of the list");
         text = *found;
     }
 
@@ -100,7 +80,7 @@ public:
     void SetListIndex(std::int32_t index) override
     {
         Call("SetListIndex", std::to_string(index));
-        RefuseIf(index > kLastIndex, failure::kOverflow, "Overflow");
+        RefuseIf(index > 32767, failure::kOverflow, "Overflow");  // as in the window
         RefuseIf(index < -1 || index >= static_cast<std::int64_t>(lines.size()),
                  failure::kInvalidPropertyValue, "The list has no such line");
         selected = index;
@@ -114,9 +94,6 @@ public:
 
     std::vector<std::string> lines;
     std::int32_t selected = -1;  // -1: none
-
-private:
-    static constexpr std::int32_t kLastIndex = 32767;  // as in the window
 };
 
 class CommandButton : public platform::CommandButton {};
@@ -151,11 +128,7 @@ public:
         if (!choice)
             throw Failure(failure::kDialogCancelled, "Cancel was selected");
     }
-    [[nodiscard]] std::string FileName() const override
-    {
-        Call("FileName");
-        return *choice;
-    }
+    [[nodiscard]] std::string FileName() const override { return Read("FileName", *choice); }
 
     std::optional<std::string> choice;  // none: the operator cancels
 };

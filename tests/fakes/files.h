@@ -1,41 +1,29 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "fakes/journal.h"
 #include "fakes/name_order.h"
+#include "platform/ansi_code_page.h"
 #include "platform/error_log.h"
 #include "platform/failure.h"
 #include "platform/file_system.h"
 
 namespace platform::fakes {
 
-/// The lines of one file held in memory.
-class LockedText : public LockedTextFile {
-public:
-    explicit LockedText(std::string& content) : content_(content) {}
-
-    [[nodiscard]] std::int64_t CountLines() const override;
-    void KeepLines(const std::function<bool(std::int64_t number, std::string_view line)>& keep) override;
-
-private:
-    std::string& content_;
-};
-
-/// Files held in memory: path to content.
+/// Files held in memory: path to content. Another program keeps each of them locked.
 class FileSystem : public platform::FileSystem, private Journaled {
 public:
     FileSystem(Journal& journal, const std::string& name) : Journaled(journal, name) {}
 
     [[nodiscard]] bool FileExists(const std::string& path) const override
     {
-        Call("FileExists", path);
-        return contents.contains(path);
+        return Read("FileExists " + path, contents.contains(path));
     }
     void Append(const std::string& path, const std::string& bytes) override
     {
@@ -46,8 +34,8 @@ public:
     [[nodiscard]] std::unique_ptr<LockedTextFile> OpenLocked(const std::string& path) override
     {
         Call("OpenLocked", path);
-        RefuseIf(!contents.contains(path), failure::kPathNotFound, "There is no file " + path);
-        return std::make_unique<LockedText>(contents[path]);
+        const bool isThere = contents.contains(path);
+        throw Failure(isThere ? failure::kPermissionDenied : failure::kPathNotFound, "Cannot lock " + path);
     }
 
     std::map<std::string, std::string> contents;
@@ -64,7 +52,11 @@ public:
     {
         Call("GetPrivateProfileStringA", section + " " + key + " " + std::to_string(length) + " " + path);
         const auto found = values.find({section, key});
-        return found == values.end() ? std::string() : FirstCharacters(found->second, length);
+        const std::string value = found == values.end() ? "" : found->second;
+        std::string_view rest = value;
+        for (std::size_t count = 1; count < length && !rest.empty(); ++count)
+            static_cast<void>(TakeCharacter(rest));
+        return value.substr(0, value.size() - rest.size());
     }
     void WritePrivateProfileStringA(const std::vector<ProfileEntry>& entries,
                                     const std::string& path) override
@@ -78,22 +70,24 @@ public:
     }
 
     std::map<NameOrder::Pair, std::string, NameOrder> values;
-
-private:
-    /// One character less than `length`, as many as fit into a buffer of that length with its end mark.
-    [[nodiscard]] static std::string FirstCharacters(std::string_view text, std::size_t length);
 };
 
-/// The records, as "number|description|procedure".
+/// The records, as "number|description|procedure", and the limits that the log was trimmed to.
 class ErrorLog : public platform::ErrorLog {
 public:
     void Write(const std::string& /*path*/, const ErrorRecord& record) override
     {
         records.push_back(record.number + "|" + record.description + "|" + record.procedure);
     }
-    void Trim(const std::string& /*path*/, std::int32_t /*lineLimit*/, DateTime /*ageCutoff*/) override {}
+    void Trim(const std::string& /*path*/, std::int32_t newLineLimit, DateTime newAgeCutoff) override
+    {
+        lineLimit = newLineLimit;
+        ageCutoff = newAgeCutoff;
+    }
 
     std::vector<std::string> records;
+    std::optional<std::int32_t> lineLimit;  // none: not trimmed
+    DateTime ageCutoff{};
 };
 
 }  // namespace platform::fakes

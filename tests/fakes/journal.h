@@ -53,6 +53,23 @@ protected:
     void Call(const std::string& method) const { journal_.Call(name_ + "." + method); }
     void Call(const std::string& method, const std::string& argument) const { Call(method + " " + argument); }
 
+    [[nodiscard]] Journal& Notes() const { return journal_; }
+
+    /// Notes a call and gives what it reads.
+    template <class Property>
+    [[nodiscard]] Property Read(const std::string& method, const Property& property) const
+    {
+        Call(method);
+        return property;
+    }
+
+    /// Notes a call and keeps its argument.
+    void Keep(const std::string& method, const std::string& argument, std::string& property) const
+    {
+        Call(method, argument);
+        property = argument;
+    }
+
     void RefuseIf(bool notAllowed, int number, const std::string& description) const
     {
         if (notAllowed && journal_.Refuses())

@@ -11,13 +11,8 @@
 #include "errorlog/error_log_file.h"
 #include "fakes/clock_and_formats.h"
 #include "files/child_process.h"
+#include "files/disk_fixture.h"
 #include "platform/failure.h"
-#include "platform/files/file_lock.h"
-#include "platform/files/file_system.h"
-#include "platform/files/profile_file.h"
-#include "support/failure_of.h"
-#include "support/files.h"
-#include "support/temporary_folder.h"
 
 namespace platform::files {
 namespace {
@@ -25,61 +20,24 @@ namespace {
 using namespace std::chrono_literals;
 
 const DateTime kCutoff = std::chrono::local_days{2021y / 5 / 14};
-const std::string kOldRecord = "2021-05-13 15:07:09|5|old|p\r\n";
-const std::string kNewRecord = "2021-05-15 15:07:09|5|new|p\r\n";
 constexpr int kNoLineLimit = -1;
 constexpr int kKills = 25;
 
-std::string Repeated(const std::string& text, int times)
-{
-    std::string result;
-    for (int i = 0; i < times; ++i)
-        result += text;
-    return result;
-}
-
-/// For programs that contend for one lock on a machine that has other work to do as well.
-constexpr auto kPatience = 60s;
-
-class Faults : public testing::Test {
+class Faults : public DiskTest {
 protected:
-    void Save(const std::string& value)
-    {
-        profile_.WritePrivateProfileStringA({{"S", "key", value}}, config_);
-    }
+    Faults() : DiskTest(60s) {}
+
     void Trim(int lineLimit)
     {
         trellivan::ErrorLogFile(files_, clock_, formats_).Trim(log_, lineLimit, kCutoff);
     }
 
-    void ExpectAppendFails(int number)
-    {
-        EXPECT_EQ(FailureOf([&] { files_.Append(log_, Repeated(kNewRecord, 1000)); }), number);
-    }
+    int LongAppendFails() { return AppendFails(Repeated(kNewRecord, 1000)); }
 
-    /// Settings and a log with something to trim, in the folder as it is mounted now.
-    void FillFolder()
+    void MountMemory()
     {
-        WriteFile(config_, oldConfig_);
-        WriteFile(log_, oldLog_);
-    }
-
-    void ExpectOldContents()
-    {
-        EXPECT_TRUE(ReadFile(config_) == oldConfig_);
-        EXPECT_TRUE(ReadFile(log_) == oldLog_);
-        EXPECT_FALSE(std::filesystem::exists(folder_.Path(".Config.ini.new")));
-        EXPECT_FALSE(std::filesystem::exists(folder_.Path(".Error.log.new")));
-    }
-
-    void MountMemory(const char* options)
-    {
-        ASSERT_EQ(::mount("none", folder_.Path().c_str(), "tmpfs", 0, options), 0);
-    }
-
-    void CloseToWriting(const std::string& path)
-    {
-        ASSERT_EQ(::mount("none", path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+        ASSERT_EQ(::mount("none", folder_.Path().c_str(), "tmpfs", 0, "size=256k"), 0);
+        FillFolder();
     }
 
     void MakeMountOfItsOwn(const std::string& path)
@@ -87,21 +45,19 @@ protected:
         ASSERT_EQ(::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr), 0);
     }
 
+    void CloseToWriting(const std::string& path)
+    {
+        ASSERT_EQ(::mount("none", path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    }
+
     /// Takes all room but `left` bytes.
     void FillDisk(std::size_t left)
     {
         const std::string filler = folder_.Path("filler");
-        std::ofstream(filler, std::ios::binary) << std::string(1 << 20, 'x');
+        WriteFile(filler, std::string(1 << 20, 'x'));
         std::filesystem::resize_file(filler, std::filesystem::file_size(filler) - left);
     }
 
-    TemporaryFolder folder_;
-    const std::string config_ = folder_.Path("Config.ini");
-    const std::string log_ = folder_.Path("Error.log");
-    const std::string oldConfig_ = "[S]\nkey=old\n" + Repeated("; a comment\n", 1000);
-    const std::string oldLog_ = Repeated(kOldRecord, 100) + Repeated(kNewRecord, 400);
-    DiskFileSystem files_{kPatience};
-    DiskProfileFile profile_{kPatience};
     fakes::Clock clock_;
     fakes::PlainFormats formats_;
 };
@@ -122,14 +78,13 @@ protected:
 TEST_F(Faults, AFullDiskLeavesTheOldContents)
 {
     EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
-        MountMemory("size=256k");
-        FillFolder();
+        MountMemory();
         FillDisk(4096);
         Save(std::string(20000, 'y'));
         Save("new");
         profile_.WritePrivateProfileStringA({{"S", "key", "n"}, {"S", "other", std::string(20000, 'y')}},
                                             config_);
-        ExpectAppendFails(failure::kDiskFull);
+        EXPECT_EQ(LongAppendFails(), failure::kDiskFull);
         Trim(kNoLineLimit);
         Trim(450);
         ExpectOldContents();
@@ -143,13 +98,12 @@ TEST_F(Faults, WhatIsClosedToWritingIsNotReplaced)
     const std::vector<std::string> closings[] = {{folder_.Path()}, {config_, log_}};
     for (const std::vector<std::string>& closed : closings) {
         EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
-            FillFolder();
             for (const std::string& path : closed) {
                 MakeMountOfItsOwn(path);
                 CloseToWriting(path);
             }
             Save("new");
-            ExpectAppendFails(failure::kPermissionDenied);
+            EXPECT_EQ(LongAppendFails(), failure::kPermissionDenied);
             Trim(10);
             ExpectOldContents();
         });
@@ -159,17 +113,15 @@ TEST_F(Faults, WhatIsClosedToWritingIsNotReplaced)
 TEST_F(Faults, WithoutAPlaceForANewFileItIsWrittenInPlace)
 {
     EXPECT_HOLDS_WITH_OWN_MOUNTS([&] {
-        MountMemory("size=256k");
-        FillFolder();
+        MountMemory();
         MakeMountOfItsOwn(config_);
         MakeMountOfItsOwn(log_);
         Save("x");
-        EXPECT_TRUE(ReadFile(config_).starts_with("[S]\nkey=x\n; a comment\n"))
-            << "a mount cannot be moved over";
+        EXPECT_TRUE(ReadFile(config_) == ConfigWith("x")) << "a mount cannot be moved over";
         FillDisk(8192);
         CloseToWriting(folder_.Path());
         Save(std::string(5000, 'y'));
-        EXPECT_TRUE(ReadFile(config_) == "[S]\nkey=" + std::string(5000, 'y') + oldConfig_.substr(11));
+        EXPECT_TRUE(ReadFile(config_) == ConfigWith(std::string(5000, 'y')));
         Save("old");
         Save(std::string(20000, 'y'));
         ExpectOldContents();
@@ -217,9 +169,9 @@ TEST_F(Faults, AKilledProgramLeavesOldOrNewSettingsAndEveryRecord)
 {
     constexpr int kLines = 300;
     const std::string longValue(30000, 'y');
-    const std::string tail = Repeated("; a comment\n", 1000);
-    const std::string settings[] = {"[S]\nkey=short\n" + tail, "[S]\nkey=" + longValue + "\n" + tail};
+    const std::string settings[] = {ConfigWith("short"), ConfigWith(longValue)};
     WriteFile(config_, settings[0]);
+    WriteFile(log_, "");
     std::array<int, 2> seen{};
     int next = 0;
     const auto append = [&](int count) {

@@ -8,13 +8,9 @@
 #include <filesystem>
 
 #include "files/child_process.h"
+#include "files/disk_fixture.h"
 #include "platform/failure.h"
-#include "platform/files/file_system.h"
-#include "platform/files/profile_file.h"
 #include "platform/posix/system_calls.h"
-#include "support/failure_of.h"
-#include "support/files.h"
-#include "support/temporary_folder.h"
 
 /// What the system does to a program: calls that fail, locks that others keep, limits that it sets. Each body runs in a
 /// child, because what it does to its process cannot be taken back.
@@ -24,16 +20,10 @@ namespace {
 /// A child that is busy for longer hangs.
 constexpr rlim_t kSecondsOfWork = 5;
 
-class RefusedCalls : public testing::Test {
+class RefusedCalls : public DiskTest {
 protected:
-    RefusedCalls()
-    {
-        WriteFile(config_, oldConfig_);
-        WriteFile(log_, oldLog_);
-    }
-
     template <class Body>
-    void ExpectHoldsInChild(const Body& body)
+    static void ExpectHoldsInChild(const Body& body)
     {
         const int status = Await(StartChild([&] {
             Limit(RLIMIT_CPU, kSecondsOfWork);
@@ -42,30 +32,7 @@ protected:
         EXPECT_EQ(status, 0) << "see the child's failures above";
     }
 
-    int AppendFails()
-    {
-        return FailureOf([&] { files_.Append(log_, "new\r\n"); });
-    }
-
-    void Save(const std::string& value)
-    {
-        profile_.WritePrivateProfileStringA({{"S", "key", value}}, config_);
-    }
-
-    void ExpectOldContents()
-    {
-        EXPECT_EQ(ReadFile(config_), oldConfig_);
-        EXPECT_EQ(ReadFile(log_), oldLog_);
-        EXPECT_EQ(folder_.NamesBut("Config.ini"), std::vector<std::string>{"Error.log"});
-    }
-
-    TemporaryFolder folder_;
-    const std::string config_ = folder_.Path("Config.ini");
-    const std::string log_ = folder_.Path("Error.log");
-    const std::string oldConfig_ = "[S]\nkey=old\n";
-    const std::string oldLog_ = "old\r\n";
-    DiskFileSystem files_;
-    DiskProfileFile profile_;
+    void ExpectLogHasTheNewLine() { EXPECT_TRUE(ReadFile(log_) == oldLog_ + "new\r\n"); }
 };
 
 TEST_F(RefusedCalls, WithoutItsLockAFileIsNotWritten)
@@ -89,10 +56,10 @@ TEST_F(RefusedCalls, AFileSystemWithoutLocksIsWrittenWithoutThem)
 {
     for (const int error : {ENOLCK, EOPNOTSUPP})
         ExpectHoldsInChild([&] {
-            WriteFile(log_, oldLog_);
+            FillFolder();
             FailEvery(SYS_flock, error);
             EXPECT_EQ(AppendFails(), 0) << error;
-            EXPECT_EQ(ReadFile(log_), oldLog_ + "new\r\n");
+            ExpectLogHasTheNewLine();
         });
 }
 
@@ -114,7 +81,7 @@ TEST_F(KeptLock, IsWaitedForOnce)
     EXPECT_EQ(threads(), threadsThatWait);
     holder_.Close();
     EXPECT_EQ(AppendFails(), 0);
-    EXPECT_EQ(ReadFile(log_), oldLog_ + "new\r\n");
+    ExpectLogHasTheNewLine();
 }
 
 TEST_F(KeptLock, IsNotOursWhenWaitingIsRefused)
@@ -131,27 +98,20 @@ TEST_F(KeptLock, IsNotOursWhenWaitingIsRefused)
     ExpectOldContents();
 }
 
-TEST_F(RefusedCalls, ACallThatIsInterruptedForEverFails)
+TEST_F(RefusedCalls, ACallThatNeverSucceedsEndsInAFailure)
 {
     for (const long call : {SYS_pread64, SYS_pwrite64, SYS_openat})
         ExpectHoldsInChild([&] {
             FailEvery(call, EINTR);
             Save("new");
         });
-    for (const long call : {SYS_write, SYS_openat})
-        ExpectHoldsInChild([&] {
-            FailEvery(call, EINTR);
-            EXPECT_EQ(AppendFails(), failure::kPathFileAccess);
+    const std::pair<long, int> cases[] = {{SYS_write, EINTR}, {SYS_openat, EINTR}, {SYS_newfstatat, EIO}};
+    for (const auto& [call, error] : cases)
+        ExpectHoldsInChild([&, call = call, error = error] {
+            EXPECT_EQ(AppendFails(""), 0);  // the sanitizer's first look at an object makes calls of its own
+            FailEvery(call, error);
+            EXPECT_EQ(AppendFails(), failure::kPathFileAccess) << call;
         });
-    ExpectOldContents();
-}
-
-TEST_F(RefusedCalls, APathThatCannotBeLookedUpIsAFailureAtOnce)
-{
-    ExpectHoldsInChild([&] {
-        FailEvery(SYS_newfstatat, EIO);
-        EXPECT_EQ(AppendFails(), failure::kPathFileAccess);
-    });
     ExpectOldContents();
 }
 
@@ -178,12 +138,12 @@ TEST_F(RefusedCalls, TheLimitOfAFilesSizeIsAFullDisk)
 {
     ExpectHoldsInChild([&] {
         IgnoreFatalWriteSignals();
-        Limit(RLIMIT_FSIZE, 1'000);
-        EXPECT_EQ(FailureOf([&] { files_.Append(log_, std::string(2'000, 'x')); }), failure::kDiskFull);
+        Limit(RLIMIT_FSIZE, oldConfig_.size() + 100);
+        EXPECT_EQ(AppendFails(), failure::kDiskFull);
         Save(std::string(2'000, 'x'));
         ExpectOldContents();
         Save("new");
-        EXPECT_EQ(ReadFile(config_), "[S]\nkey=new\n") << "what fits is done";
+        EXPECT_TRUE(ReadFile(config_) == ConfigWith("new")) << "what fits is done";
     });
 }
 

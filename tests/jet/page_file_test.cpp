@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
-#include <numeric>
 #include <random>
-#include <vector>
 
 #include "make_database/database_writer.h"
 
@@ -15,14 +14,13 @@ namespace {
 constexpr std::size_t kPageSize = 4096;
 constexpr std::uint32_t kPages = 1'000;  // several times what is kept
 
-/// The number that a page of StampedFile begins and ends with.
-std::uint32_t Stamp(std::uint32_t page, std::uint32_t edition)
-{
-    return page + 0x10000 * edition;
-}
-
-/// A file whose pages carry their numbers, and which tells how it is read. Editions differ in every page.
+/// A file whose pages are filled with their numbers, and which tells how it is read. Editions differ in every page.
 struct StampedFile {
+    [[nodiscard]] std::uint32_t Stamp(std::uint64_t page) const
+    {
+        return static_cast<std::uint32_t>(page) + 0x10000 * edition;
+    }
+
     std::uint64_t size = kPages * kPageSize;
     std::uint32_t edition = 1;
     std::uint32_t reads = 0;
@@ -41,15 +39,13 @@ public:
             return header.size();
         }
         ++file_.reads;
-        const std::uint64_t count =
-            std::min<std::uint64_t>(buffer.size(), file_.size - std::min<std::uint64_t>(offset, file_.size));
-        file_.bytesRead += count;
-        for (std::uint64_t at = 0; at < count; at += sizeof(std::uint32_t)) {
-            const std::uint32_t stamp =
-                Stamp(static_cast<std::uint32_t>((offset + at) / kPageSize), file_.edition);
-            std::memcpy(&buffer[at], &stamp, std::min<std::uint64_t>(sizeof stamp, count - at));
+        const std::uint64_t end = std::max(offset, std::min(file_.size, offset + buffer.size()));
+        file_.bytesRead += end - offset;
+        for (std::uint64_t at = offset; at < end; at += sizeof(std::uint32_t)) {
+            const std::uint32_t stamp = file_.Stamp(at / kPageSize);
+            std::memcpy(&buffer[at - offset], &stamp, std::min<std::uint64_t>(sizeof stamp, end - at));
         }
-        return count;
+        return end - offset;
     }
 
     [[nodiscard]] std::uint64_t Size() const override { return file_.size; }
@@ -64,8 +60,8 @@ protected:
     {
         const Page page = pages_.ReadPage(number);
         ASSERT_EQ(page.View().Size(), kPageSize);
-        ASSERT_EQ(page.View().U32(0), Stamp(number, stamped_.edition)) << number;
-        ASSERT_EQ(page.View().U32(kPageSize - 4), Stamp(number, stamped_.edition)) << number;
+        ASSERT_EQ(page.View().U32(0), stamped_.Stamp(number)) << number;
+        ASSERT_EQ(page.View().U32(kPageSize - 4), stamped_.Stamp(number)) << number;
     }
 
     void ReadInOrder()
@@ -80,11 +76,9 @@ protected:
 
 TEST_F(PageFileTest, GivesThePageThatIsAskedForInAnyOrder)
 {
-    std::vector<std::uint32_t> numbers(kPages - 1);
-    std::iota(numbers.begin(), numbers.end(), 1);
     ReadInOrder();
-    for (auto number = numbers.rbegin(); number != numbers.rend(); ++number)
-        ExpectPage(*number);
+    for (std::uint32_t number = kPages - 1; number > 0; --number)
+        ExpectPage(number);
     std::mt19937 random(1);
     for (int i = 0; i < 5'000; ++i) {
         const std::uint32_t first = 1 + static_cast<std::uint32_t>(random()) % (kPages - 60);

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "jet/made_database.h"
 #include "make_database/row_encoder.h"
+#include "platform/jet/data_page.h"
 
 namespace platform::jet {
 namespace {
@@ -91,14 +93,24 @@ TEST(Row, Jet4ColumnsAreNullByMaskByAgeAndByCount)
     EXPECT_EQ(withoutOffsets.BytesOf(Fixed(0, 4))->U32(0), 42U);
 }
 
-TEST(Row, ThatMakesNoSenseIsDamage)
+TEST(Row, IsFoundThatMovedMoreThanOnceButNotInACircle)
 {
-    EXPECT_THROW(MakeRow({}), Damage) << "nothing";
-    EXPECT_THROW(MakeRow({200, 0, 1}), Damage) << "a mask longer than the row";
-    EXPECT_THROW((void)MakeRow({1, 0, 'x', 'y', 2, 0, 4, 0, 1, 0, 0x01}).BytesOf(Variable(0, 0)), Damage)
-        << "a text that ends before it begins";
-    EXPECT_THROW((void)MakeRow({1, 0, 'x', 'y', 9, 0, 2, 0, 1, 0, 0x01}).BytesOf(Variable(0, 0)), Damage)
-        << "a text that reaches into the offsets";
+    constexpr std::uint32_t kOwner = 9;
+    const std::size_t pageSize = kJet4Layout.pageSize;
+    for (const bool circle : {false, true}) {
+        tools::DataPage page(tools::kJet4Layout, kOwner);
+        page.Add(tools::NumberBytes(PositionOf(1, 1).packed));
+        page.Add(tools::NumberBytes(PositionOf(1, circle ? 0 : 2).packed));
+        page.Add("the row");
+        std::string bytes = tools::DatabaseBytes({}).substr(0, pageSize) + page.Content();
+        for (std::size_t row = 0; const int flag : {0x40, 0x40, 0x80})
+            bytes[pageSize + kJet4Layout.data.rowOffsets + 2 * row++ + 1] |= static_cast<char>(flag);
+        const PageFile file(Memory(bytes, 100), "memory");
+        if (circle)
+            EXPECT_THROW((void)FetchRow(file, PositionOf(1, 0), kOwner), Damage);
+        else
+            EXPECT_EQ(FetchRow(file, PositionOf(1, 0), kOwner).bytes.AsText(), "the row");
+    }
 }
 
 }  // namespace

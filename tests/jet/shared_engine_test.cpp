@@ -2,11 +2,9 @@
 
 #include <filesystem>
 
-#include "make_database/database_writer.h"
-#include "platform/failure.h"
+#include "jet/made_database.h"
 #include "platform/jet/byte_source.h"
 #include "platform/jet/shared_engine.h"
-#include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
 
@@ -20,8 +18,6 @@ namespace platform::jet {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kQuery = "SELECT * FROM trans ORDER BY ref";
 
 std::size_t BytesAllocated()
 {
@@ -37,93 +33,33 @@ std::size_t OpenDescriptors()
     return static_cast<std::size_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
 }
 
-/// The first receipt of a fresh database is "receipt 1".
-std::string Bytes(std::int32_t count, const std::string& receipt = "receipt",
-                  const std::string& password = "")
-{
-    std::vector<tools::Receipt> receipts;
-    for (std::int32_t ref = 1; ref <= count; ++ref)
-        receipts.push_back({ref, receipt + " " + std::to_string(ref), {}, {}});
-    tools::DatabaseOptions options;
-    options.password = password;
-    return DatabaseBytes(receipts, options);
-}
-
-class SharedEngineTest : public testing::Test {
-protected:
-    /// Writes a database that was last changed some hours ago.
-    std::string Write(const std::string& name, const std::string& bytes, int hours)
-    {
-        const std::string path = folder_.Path(name);
-        WriteFile(path, bytes);
-        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(hours));
-        return path;
-    }
-
-    std::unique_ptr<RecordSet> Open(const std::string& path, const std::string& connect = "")
-    {
-        return engine_.OpenDatabase(path, connect)->OpenRecordset(kQuery);
-    }
-
-    static Value First(const RecordSet& records) { return records.Field("rawtransaction"); }
-
-    TemporaryFolder folder_;
-    SharedEngine engine_;
-};
-
-TEST_F(SharedEngineTest, CostsLittleForEachFurtherReader)
+TEST(SharedEngine, CostsLittleForEachFurtherReaderAndNothingWhenTheLastIsGone)
 {
     constexpr int kReaders = 100;
     constexpr std::size_t kMostBytes = 64 * 1024;
-    const std::string path = Write("shop.mdb", Bytes(60'000), 1);
-    std::vector<std::unique_ptr<Database>> databases;
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("shop.mdb");
+    WriteFile(path, tools::DatabaseBytes(Receipts(60'000)));
+    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    const std::size_t descriptors = OpenDescriptors();
+    auto engine = std::make_unique<SharedEngine>();
     std::vector<std::unique_ptr<RecordSet>> sets;
     const auto open = [&] {
-        databases.push_back(engine_.OpenDatabase(path, ""));
-        sets.push_back(databases.back()->OpenRecordset(kQuery));
-        EXPECT_EQ(First(*sets.back()), Value(std::string("receipt 1")));
+        sets.push_back(engine->OpenDatabase(path, "")->OpenRecordset(kQuery));
+        for (std::size_t i = 1; i < sets.size(); ++i)
+            sets.back()->MoveNext();
     };
     open();
     const std::size_t bytes = BytesAllocated();
-    const std::size_t descriptors = OpenDescriptors();
     for (int i = 0; i < kReaders; ++i)
         open();
     EXPECT_LT(BytesAllocated() - bytes, kReaders * kMostBytes);
+    engine.reset();
+    for (std::int32_t ref = 0; const auto& records : sets)
+        EXPECT_EQ(records->Field("ref"), Value(++ref)) << "each has a cursor of its own";
+    EXPECT_EQ(OpenDescriptors(), descriptors + 1);
+    sets.clear();
     EXPECT_EQ(OpenDescriptors(), descriptors);
-}
-
-TEST_F(SharedEngineTest, GivesEachReaderACursorOfItsOwn)
-{
-    const std::string path = Write("shop.mdb", Bytes(500), 1);
-    const auto one = Open(path);
-    const auto other = Open(path);
-    for (int i = 1; i <= 500; ++i, one->MoveNext()) {
-        ASSERT_EQ(one->Field("ref"), Value(i));
-        ASSERT_EQ(other->Field("ref"), Value(1 + i / 3));
-        if (i % 3 == 2)
-            other->MoveNext();
-    }
-    EXPECT_TRUE(one->AtEOF());
-}
-
-TEST_F(SharedEngineTest, ReadsAFileThatWasReplacedOrChangedAnew)
-{
-    const std::string path = Write("shop.mdb", Bytes(50), 4);
-    const auto database = engine_.OpenDatabase(path, "");
-    const auto first = database->OpenRecordset(kQuery);
-
-    Write("shop.mdb", Bytes(50, "tpiecer"), 3);
-    EXPECT_EQ(First(*Open(path)), Value(std::string("tpiecer 1"))) << "changed in place, of the same size";
-    EXPECT_EQ(First(*database->OpenRecordset(kQuery)), Value(std::string("tpiecer 1")))
-        << "by an open database";
-
-    fs::remove(path);
-    Write("shop.mdb", Bytes(70), 3);
-    EXPECT_EQ(Open(path)->RecordCount(), 70) << "another file of this name";
-    EXPECT_EQ(first->RecordCount(), 50);
-
-    fs::remove(path);
-    EXPECT_EQ(FailureOf([&] { return Open(path); }), failure::kDatabaseNotFound);
 }
 
 TEST(FileState, TellsWhetherALaterChangeShows)
@@ -147,26 +83,6 @@ TEST(FileState, TellsWhetherALaterChangeShows)
         state.contentChanged = changed;
         EXPECT_EQ(state.ShowsChangesAfter(changed + age), shows) << changed << ", " << age;
     }
-}
-
-TEST_F(SharedEngineTest, AsksEachReaderForThePassword)
-{
-    const std::string path = Write("shop.sdd", Bytes(5, "receipt", "4073"), 1);
-    const auto set = Open(path, "PWD=4073");
-    EXPECT_EQ(FailureOf([&] { return Open(path, "PWD=4074"); }), failure::kInvalidPassword);
-    EXPECT_EQ(FailureOf([&] { return Open(path); }), failure::kInvalidPassword);
-    EXPECT_EQ(Open(path, "PWD=4073")->RecordCount(), 5);
-}
-
-TEST_F(SharedEngineTest, ClosesWhatNobodyUsesAndKeepsWhatSomeoneDoes)
-{
-    const std::string path = Write("shop.mdb", Bytes(5), 1);
-    const std::size_t descriptors = OpenDescriptors();
-    auto set = std::make_unique<SharedEngine>()->OpenDatabase(path, "")->OpenRecordset(kQuery);
-    EXPECT_EQ(First(*set), Value(std::string("receipt 1")));
-    EXPECT_EQ(OpenDescriptors(), descriptors + 1);
-    set.reset();
-    EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
 }  // namespace

@@ -4,8 +4,7 @@
 
 #include <string>
 
-#include "jet/memory_source.h"
-#include "make_database/database_writer.h"
+#include "jet/made_database.h"
 #include "make_database/table_definition.h"
 
 namespace platform::jet {
@@ -37,7 +36,7 @@ PageFile WideTable(std::uint32_t afterLast)
         tools::Store(head, 4, page == kPages ? afterLast : page + 1);
         file += head + definition.substr(kPageHead + (page - 1) * kPartSize, kPartSize);
     }
-    return {std::make_unique<MemorySource>(file, 1'000), "memory"};
+    return {Memory(file, 1'000), "memory"};
 }
 
 TEST(TableDefinition, GoesOnOverSeveralPages)

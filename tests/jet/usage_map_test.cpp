@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/memory_source.h"
-#include "make_database/database_writer.h"
+#include "jet/made_database.h"
 #include "make_database/usage_map.h"
 
 namespace platform::jet {

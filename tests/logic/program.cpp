@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
+#include <utility>
 
 namespace {
 
@@ -16,15 +16,6 @@ std::string SectionOf(const std::string& key)
     return key.starts_with("Error_Log") ? "Error Log" : "TCP/IP Settings";
 }
 
-Texts Lines(const std::string& text)
-{
-    Texts lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line, '\n');)
-        lines.push_back(line.substr(0, line.find('\r')));
-    return lines;
-}
-
 /// A record with its recorded time on 14 May 2021.
 platform::fakes::Row Transaction(int ref, const std::string& text, const std::string& time)
 {
@@ -35,8 +26,8 @@ platform::fakes::Row Transaction(int ref, const std::string& text, const std::st
 }  // namespace
 
 Program::Program()
-    : globals_({.configFile = "/house/Config.ini", .errorLogFile = kErrorLog, .folder = "/house"}, errorLog_,
-               files, profile, clock, formats),
+    : globals({.configFile = "/house/Config.ini", .errorLogFile = "/house/Error.log", .folder = "/house"},
+              errorLog, files, profile, clock, formats),
       form_(trellivan::WindowControls{window,           txtIPAddress,
                                       txtPortNumber,    cboProtocol,
                                       cboConnect,       chkReconnect,
@@ -48,7 +39,7 @@ Program::Program()
                                       lstStatus,        DataViewList,
                                       tmrSendData,      WinsockConnect,
                                       MCSockConnect,    CommonDialogueDBFile},
-            globals_, engine, files, events, clock, formats)
+            globals, engine, files, events, clock, formats)
 {
     clock.now = *formats.DateOrTime("2021-05-14 15:07:09");
     engine.rows = {Transaction(1, "first", "10:20:30"), Transaction(2, "second", "10:20:31"),
@@ -121,13 +112,7 @@ Texts Program::TakeStatus()
 
 Texts Program::TakeRecords()
 {
-    Texts records = Lines(files.contents[kErrorLog]);
-    for (std::string& record : records) {
-        EXPECT_TRUE(record.starts_with(GeneralDate(clock.now, formats) + "|")) << record;
-        record.erase(0, record.find('|') + 1);
-    }
-    files.contents.erase(kErrorLog);
-    return records;
+    return std::exchange(errorLog.records, {});
 }
 
 Texts Program::TakeRecordNames()

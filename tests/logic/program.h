@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "app/frm_connect.h"
-#include "errorlog/error_log_file.h"
 #include "fakes/clock_and_formats.h"
 #include "fakes/components.h"
 #include "fakes/controls.h"
@@ -16,8 +15,6 @@ using Texts = std::vector<std::string>;
 
 /// Values by key, each in the section that has it.
 using Settings = std::map<std::string, std::string>;
-
-inline const std::string kErrorLog = "/house/Trellivan Error.log";
 
 /// The whole program over the in-memory platform, at 15:07:09 on 14 May 2021. Its settings name an interval of
 /// 25 ms and a database of three records.
@@ -54,7 +51,7 @@ public:
     /// Messages of the status lines that were added since the last call, without their time.
     Texts TakeStatus();
 
-    /// Records written since the last call, without their time: "number|description|procedure".
+    /// Records written since the last call: "number|description|procedure".
     Texts TakeRecords();
 
     /// The last "|"-separated field of each of TakeRecords().
@@ -93,10 +90,10 @@ public:
     platform::fakes::EventQueue events{journal, "events"};
     platform::fakes::Clock clock;
     platform::fakes::PlainFormats formats;
+    platform::fakes::ErrorLog errorLog;
+    trellivan::modGlobals globals;
 
 private:
-    trellivan::ErrorLogFile errorLog_{files, clock, formats};
-    trellivan::modGlobals globals_;
     trellivan::frmConnect form_;
     std::size_t statusTaken_ = 0;
 };

@@ -7,22 +7,22 @@ namespace {
 
 TEST(TransactionDatabase, IsOpenedAsItsLastThreeCharactersSay)
 {
-    struct Case {
+    const char* opened = "  Database Initialized";
+    const char* refused = "  Improper File Extention";
+    const struct {
         const char* path;
         const char* file;
         Texts engineCalls;
         const char* status;
+    } cases[] = {
+        {"/data/day.Mdb", "/data/day.Mdb", {"OpenDatabase /data/day.Mdb"}, opened},
+        {"/data/daySDD", "/data/daySDD", {"OpenDatabase /data/daySDD MS Access;PWD=4073"}, opened},
+        {"day.mdb", "/house/day.mdb", {"OpenDatabase /house/day.mdb"}, opened},
+        {"/data/day.mdbx", "/data/day.mdbx", {}, refused},
+        {"/d", "/d", {}, refused},
+        {"/data/missing.txt", "/data/day.mdb", {}, "  File Not Found"},
     };
-    const char* opened = "  Database Initialized";
-    const char* refused = "  Improper File Extention";
-    const std::string password = " MS Access;PWD=4073";
-    for (const Case& c :
-         {Case{"/data/day.Mdb", "/data/day.Mdb", {"OpenDatabase /data/day.Mdb"}, opened},
-          Case{"/data/day.SDD", "/data/day.SDD", {"OpenDatabase /data/day.SDD" + password}, opened},
-          Case{"/data/daysdd", "/data/daysdd", {"OpenDatabase /data/daysdd" + password}, opened},
-          Case{"day.mdb", "/house/day.mdb", {"OpenDatabase /house/day.mdb"}, opened},
-          Case{"/data/day.mdbx", "/data/day.mdbx", {}, refused}, Case{"/d", "/d", {}, refused},
-          Case{"/data/missing.txt", "/data/day.mdb", {}, "  File Not Found"}}) {
+    for (const auto& c : cases) {
         Program program;
         program.files.contents[c.file] = "";
         program.Load({{"Filepath", c.path}});
@@ -35,7 +35,7 @@ TEST(TransactionDatabase, IsOpenedAsItsLastThreeCharactersSay)
 TEST(TransactionDatabase, AFailureIsRecordedAndKeepsTheReplayIdle)
 {
     const std::string error = " Error Initializing Database";
-    const std::vector<std::pair<const char*, Texts>> cases = {
+    const std::pair<const char*, Texts> cases[] = {
         {"engine.OpenDatabase", {error}},
         {"TransactionDB.OpenRecordset", {error}},
         {"txtFilePath.SetText", {"  Database Initialized", error}}};
@@ -54,17 +54,6 @@ TEST(TransactionDatabase, AFailureIsRecordedAndKeepsTheReplayIdle)
         EXPECT_EQ(program.TakeCalls({"TransactionSet"}), Texts{"MoveFirst"}) << "an open set is kept";
         EXPECT_EQ(program.TakeStatus(), Texts{"  Data Reset"});
     }
-}
-
-TEST(TransactionDatabase, OpeningAgainStartsAtTheFirstRow)
-{
-    Program program;
-    program.StartConnected();
-    program.Tick();
-    program.OpenFile("/data/shop.mdb");
-    program.WinsockConnect.state = platform::WinsockControl::kConnected;
-    program.Tick();
-    EXPECT_EQ(program.WinsockConnect.sent, (Texts{"first", "first"}));
 }
 
 }  // namespace

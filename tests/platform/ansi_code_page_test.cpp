@@ -32,20 +32,20 @@ TEST(AnsiCodePage, WritesAQuestionMarkForEachCharacterThatItLacks)
 
 TEST(Utf8, TakesOneCharacterForEachByteThatIsNotValid)
 {
-    struct Case {
-        std::string text;
-        std::vector<char32_t> characters;
-    };
     constexpr char32_t bad = 0xFFFD;
-    for (const Case& c :
-         {Case{"é\U0001F600z", {0xE9, 0x1F600, 'z'}}, Case{"\xE9t", {bad, 't'}}, Case{"\xE2\x82", {bad, bad}},
-          Case{"\xC0\x80", {bad, bad}}, Case{"\xED\xA0\x80", {bad, bad, bad}},
-          Case{"\xF4\x90\x80\x80", {bad, bad, bad, bad}}, Case{"\xE0\x80\xAF", {bad, bad, bad}},
-          Case{std::string("\0a", 2), {0, 'a'}}}) {
+    const std::pair<std::string, std::vector<char32_t>> cases[] = {{"é\U0001F600z", {0xE9, 0x1F600, 'z'}},
+                                                                   {"\xE9t", {bad, 't'}},
+                                                                   {"\xE2\x82", {bad, bad}},
+                                                                   {"\xC0\x80", {bad, bad}},
+                                                                   {"\xED\xA0\x80", {bad, bad, bad}},
+                                                                   {"\xF4\x90\x80\x80", {bad, bad, bad, bad}},
+                                                                   {"\xE0\x80\xAF", {bad, bad, bad}},
+                                                                   {std::string("\0a", 2), {0, 'a'}}};
+    for (const auto& [text, expected] : cases) {
         std::vector<char32_t> characters;
-        for (std::string_view rest = c.text; !rest.empty();)
+        for (std::string_view rest = text; !rest.empty();)
             characters.push_back(platform::TakeCharacter(rest));
-        EXPECT_EQ(characters, c.characters) << c.text;
+        EXPECT_EQ(characters, expected) << text;
     }
 }
 

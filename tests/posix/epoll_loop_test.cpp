@@ -29,6 +29,13 @@ protected:
         return [this, what] { seen += what; };
     }
 
+    std::unique_ptr<Alarm> AlarmAt(Clock::time_point moment, const std::string& what)
+    {
+        auto alarm = loop.NewAlarm(Note(what));
+        alarm->Set(moment);
+        return alarm;
+    }
+
     /// What one pass did.
     std::string Pass(Waiting waiting = Waiting::kNo)
     {
@@ -38,11 +45,6 @@ protected:
     }
 
     void SendToNear() { EXPECT_EQ(::send(pair_[1], "x", 1, 0), 1); }
-    void ReadAll()
-    {
-        char bytes[16];
-        EXPECT_GT(::recv(near, bytes, sizeof bytes, 0), 0);
-    }
 
     /// What another event loop sees of this one.
     [[nodiscard]] bool IsReadable(std::chrono::milliseconds wait = 0ms)
@@ -76,7 +78,6 @@ TEST_F(EpollLoopTest, ReactsWhileADescriptorIsReadyAndWatched)
 
 TEST_F(EpollLoopTest, ReactsToAHangUpOnlyWhileSomethingIsWatched)
 {
-    ::shutdown(pair_[1], SHUT_RDWR);
     ::shutdown(near, SHUT_RDWR);
     const auto writable = loop.Observe(near, Readiness::kWritable, Note("w"));
     EXPECT_EQ(Pass(), "w");
@@ -87,16 +88,12 @@ TEST_F(EpollLoopTest, ReactsToAHangUpOnlyWhileSomethingIsWatched)
 TEST_F(EpollLoopTest, RunsMomentsInTheirOrderAndEachOnce)
 {
     const auto now = Clock::now();
-    const auto later = loop.NewAlarm(Note("b"));
-    const auto earlier = loop.NewAlarm(Note("a"));
-    const auto never = loop.NewAlarm(Note("c"));
-    const auto future = loop.NewAlarm(Note("d"));
-    later->Set(now - 1ms);
-    earlier->Set(now);
+    const auto later = AlarmAt(now - 1ms, "b");
+    const auto earlier = AlarmAt(now, "a");
+    const auto never = AlarmAt(now, "c");
+    const auto future = AlarmAt(now + 1h, "d");
     earlier->Set(now - 2ms);
-    never->Set(now);
     never->Clear();
-    future->Set(now + 1h);
     EXPECT_EQ(Pass(), "ab");
     EXPECT_EQ(Pass(), "");
     future->Set(Clock::now() + 5ms);
@@ -122,14 +119,13 @@ TEST_F(EpollLoopTest, RunsInTheNextPassWhatAPassMakesDue)
 TEST_F(EpollLoopTest, LetsAPassInsideAPassTakeWhatIsLeftOfIt)
 {
     const auto now = Clock::now();
-    const auto second = loop.NewAlarm(Note("2"));
+    const auto second = AlarmAt(now, "2");
     const auto first = loop.NewAlarm([&] {
         seen += "<";
         loop.RunPass(Waiting::kNo);
         seen += ">";
     });
     first->Set(now - 1ms);
-    second->Set(now);
     loop.Post(Note("p"));
     EXPECT_EQ(Pass(), "<2p>");
 }
@@ -191,8 +187,7 @@ TEST_F(EpollLoopTest, TellsAnotherEventLoopWhenAPassIsDue)
     EXPECT_EQ(Pass(), "p");
     EXPECT_FALSE(IsReadable());
 
-    const auto alarm = loop.NewAlarm(Note("a"));
-    alarm->Set(Clock::now());
+    const auto alarm = AlarmAt(Clock::now(), "a");
     EXPECT_TRUE(IsReadable()) << "a moment that has passed";
     alarm->Clear();
     EXPECT_FALSE(IsReadable());
@@ -201,10 +196,10 @@ TEST_F(EpollLoopTest, TellsAnotherEventLoopWhenAPassIsDue)
     EXPECT_EQ(Pass(), "a");
     EXPECT_FALSE(IsReadable());
 
-    const auto watch = loop.Observe(near, Readiness::kReadable, [this] { ReadAll(); });
+    auto watch = loop.Observe(near, Readiness::kReadable, Note("r"));
     SendToNear();
     EXPECT_TRUE(IsReadable());
-    Pass();
+    watch.reset();
     EXPECT_FALSE(IsReadable());
 }
 

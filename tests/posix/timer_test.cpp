@@ -5,7 +5,6 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/failure.h"
 #include "platform/posix/epoll_loop.h"
 #include "platform/posix/event_queue.h"
 #include "platform/posix/tick_schedule.h"
@@ -65,25 +64,17 @@ protected:
     std::function<void()> onTick;
 };
 
-TEST_F(TimerTest, KeepsItsIntervalWhereANegativeOneIsRefused)
-{
-    Start(1);
-    EXPECT_THROW(timer.SetInterval(-5), Failure);
-    EXPECT_TRUE(WaitForTicks(3));
-}
-
 TEST_F(TimerTest, DropsWhatIsDueWhenDisabledOrGivenAnotherInterval)
 {
-    const std::function<void()> stops[] = {[this] { timer.SetEnabled(false); },
-                                           [this] { timer.SetInterval(0); }};
-    for (const auto& stop : stops) {
-        timer.SetEnabled(false);
+    for (const bool disables : {true, false}) {
         Start(1);
-        ticks = 0;
         Stall(5ms);  // so that a tick is due
-        stop();
+        if (disables)
+            timer.SetEnabled(false);
+        else
+            timer.SetInterval(0);
         RunFor(20ms);
-        EXPECT_EQ(ticks, 0);
+        EXPECT_EQ(ticks, 0) << disables;
     }
 }
 
@@ -111,18 +102,16 @@ TEST_F(TimerTest, WaitsQuietlyWhileAnotherHandlerRuns)
 
 TEST_F(TimerTest, DropsWhatComesDueInThePauseOfATick)
 {
-    constexpr int kInterval = 30;
-    constexpr int kDueInThePause = 3;
     onTick = [&] {
         if (ticks > 1)
             return;
-        loop.Post([&] { gate.Enter([] { Stall(std::chrono::milliseconds(kDueInThePause * kInterval)); }); });
+        loop.Post([&] { gate.Enter([] { Stall(3 * 30ms); }); });
         queue.ProcessPending();
     };
     const auto start = SteadyClock::now();
-    Start(kInterval);
+    Start(30);
     ASSERT_TRUE(WaitForTicks(4));
-    EXPECT_LE(ticks, (SteadyClock::now() - start) / std::chrono::milliseconds(kInterval) - kDueInThePause);
+    EXPECT_LE(ticks, (SteadyClock::now() - start) / 30ms - 3);
 }
 
 TEST_F(TimerTest, NeverTicksInsideATickEvenWhenStartedAnewThere)
@@ -137,13 +126,6 @@ TEST_F(TimerTest, NeverTicksInsideATickEvenWhenStartedAnewThere)
     };
     Start(2);
     EXPECT_TRUE(WaitForTicks(3));
-}
-
-TEST_F(TimerTest, GoesOnAfterATickThatFailed)
-{
-    onTick = [] { throw Failure(failure::kInvalidCall, "A handler failed"); };
-    Start(1);
-    EXPECT_TRUE(WaitForTicks(2));
 }
 
 }  // namespace

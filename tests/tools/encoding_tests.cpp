@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "make_database/row_encoder.h"
 #include "make_database/text_encoding.h"
 #include "platform/failure.h"
 
@@ -38,16 +37,6 @@ TEST(TextEncoding, RefusesWhatTheFormatCannotHold)
     EXPECT_EQ(EncodeText("\u20AC\u0081", Format::kJet3, true), "\x80\x81");
     EXPECT_THROW((void)EncodeText("\u0100", Format::kJet3, true), platform::Failure);
     EXPECT_THROW((void)EncodeText("\uFEFF\u0100", Format::kJet4, true), platform::Failure);
-}
-
-TEST(RowEncoder, TellsNullFromEmpty)
-{
-    const Column columns[] = {{"number", ColumnType::kInteger}, {"text", ColumnType::kMemo}};
-    const Bytes number = "\x34\x12";
-    EXPECT_EQ(EncodeRow(kJet4Layout, columns, {number, std::nullopt}), "\2\0\x34\x12\4\0\4\0\1\0\1"s);
-    EXPECT_EQ(EncodeRow(kJet4Layout, columns, {number, ""}), "\2\0\x34\x12\4\0\4\0\1\0\3"s);
-    EXPECT_EQ(EncodeRow(kJet3Layout, columns, {number, std::nullopt}), "\2\x34\x12\3\3\1\1"s);
-    EXPECT_EQ(EncodeRow(kJet3Layout, columns, {number, ""}), "\2\x34\x12\3\3\1\3"s);
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ TEST(Text, IsARecordAsItWouldBePrinted)
         {QString(101, 'x') + "\ny", QString(100, 'x') + QString::fromUtf8("\u2026\ny")},
     };
     for (const Case& each : cases)
-        EXPECT_EQ(ReceiptHtml(each.record.toStdString()), "<pre>" + each.shown + "</pre>");
+        EXPECT_EQ(ReceiptHtml(each.record.toStdString()), "<pre>\n" + each.shown + "</pre>");
 }
 
 }  // namespace

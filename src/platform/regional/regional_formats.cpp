@@ -1,6 +1,7 @@
 #include "platform/regional/regional_formats.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -33,6 +34,15 @@ QString WithoutGroupSeparators(QString text, const QLocale& locale)
     return integralPart.remove(QRegularExpression(one, unicode)) + rest;
 }
 
+/// Digits alone mean the same in every region; most settings are no more than that.
+std::optional<double> PlainDigits(std::string_view text)
+{
+    constexpr std::size_t kMostDigits = 9;
+    const bool areDigits = !text.empty() && text.size() <= kMostDigits &&
+                           std::ranges::all_of(text, [](char digit) { return digit >= '0' && digit <= '9'; });
+    return areDigits ? std::optional<double>(std::stoi(std::string(text))) : std::nullopt;
+}
+
 std::optional<double> NumberIn(const QString& text, const QLocale& locale)
 {
     bool isNumber = false;
@@ -63,6 +73,8 @@ std::string RegionalFormats::DecimalSign() const
 
 std::optional<double> RegionalFormats::Number(std::string_view text) const
 {
+    if (const auto number = PlainDigits(text))
+        return number;
     // Some locales write the exponent with a capital and accept no other.
     const QString spelled = ToQt(text).replace(QLatin1Char('e'), QLatin1Char('E'));
     if (spelled.isEmpty())

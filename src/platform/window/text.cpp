@@ -103,7 +103,9 @@ QString ReceiptHtml(std::string_view utf8)
         lines += TakeReceiptLine(utf8);
     if (!utf8.empty())
         lines.back() = kEllipsis;
-    return QStringLiteral("<pre>") + lines.join(QLatin1Char('\n')).toHtmlEscaped() + QStringLiteral("</pre>");
+    // A line break behind <pre> does not count; the record may begin with one.
+    return QStringLiteral("<pre>\n") + lines.join(QLatin1Char('\n')).toHtmlEscaped() +
+           QStringLiteral("</pre>");
 }
 
 RowText::RowText(const QFontMetrics& metrics, int width)
