@@ -28,7 +28,7 @@ Peer ListeningPeer()
 Peer ServedPeer(RunningProgram& program, const std::string& address = "127.0.0.1")
 {
     Peer peer = Peer::ConnectTo(qtLoop, kPort, address);
-    EXPECT_TRUE(program.Reports({"  Connected to IP " + address + "  on Port 5015  "}));
+    EXPECT_TRUE(program.Reports({kAccepted}));
     return peer;
 }
 
