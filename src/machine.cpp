@@ -2,9 +2,10 @@
 
 #include <utility>
 
-TillMachine::TillMachine(Machine& machine, platform::Schedule& schedule, std::function<void()> runPass)
+TillMachine::TillMachine(Machine& machine, platform::Schedule& schedule, std::function<void()> runPass,
+                         std::chrono::milliseconds errorsApart)
     : timer(gate, machine.loop, schedule),
       events(gate, timer, std::move(runPass)),
-      winsock(gate, machine.loop, machine.formats),
+      winsock(gate, machine.loop, machine.formats, errorsApart),
       multicast(gate, machine.loop)
 {}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLocale>
+#include <chrono>
 #include <functional>
 
 #include "platform/event_gate.h"
@@ -30,8 +31,10 @@ struct Machine {
 
 /// What one till has for itself: its gate, and what raises events through it.
 struct TillMachine {
-    /// All are borrowed and outlive the till. `runPass` is the pass that a tick's pause lets in.
-    TillMachine(Machine& machine, platform::Schedule& schedule, std::function<void()> runPass);
+    /// All are borrowed and outlive the till. `runPass` is the pass that a tick's pause lets in. `errorsApart` is as
+    /// of Winsock: tills that lose their receivers in one moment better not all call again in one.
+    TillMachine(Machine& machine, platform::Schedule& schedule, std::function<void()> runPass,
+                std::chrono::milliseconds errorsApart = platform::sockets::Winsock::kErrorsApart);
 
     platform::EventGate gate;
     platform::posix::Timer timer;

@@ -16,7 +16,6 @@
 #include "support/peer.h"
 
 /// Of the address sanitizer; g++ 12 has no header for it.
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace checks {

@@ -29,7 +29,7 @@
 /// and its peers. Every few hundred events all is put in order and the program must work as ever.
 
 /// So that an abort shows the stack.
-extern "C" const char* __asan_default_options()  // NOLINT(bugprone-reserved-identifier): its own name
+extern "C" const char* __asan_default_options()
 {
     return "handle_abort=1";
 }

@@ -7,7 +7,7 @@ void modGlobals::WriteErrorLog(const std::string& number, const std::string& des
 {
     try {
         errorLog_.Write(ErrorLogFilePath_, {number, description, procedure});
-    } catch (...) {  // NOLINT(bugprone-empty-catch): there is no other place to report it
+    } catch (...) {  // There is no other place to report it.
     }
 }
 

@@ -7,7 +7,7 @@ namespace player {
 
 void ErrorList::Write(const std::string& /*path*/, const platform::ErrorRecord& record)
 {
-    Add({std::atoi(record.number.c_str()), record.procedure, record.description, 1});  // NOLINT(cert-err34-c)
+    Add({std::atoi(record.number.c_str()), record.procedure, record.description, 1});
     if (onRecord)
         onRecord(record);
 }

@@ -11,6 +11,13 @@ namespace {
 // Unpaced, so much may wait for the network.
 constexpr std::size_t kMostWaiting = std::size_t{256} << 10;
 
+/// The tills of a shop spread over a fifth of the pause, too.
+std::chrono::milliseconds ErrorsApart(const Phase& phase)
+{
+    constexpr std::chrono::milliseconds kLeast = platform::sockets::Winsock::kErrorsApart;
+    return kLeast + std::chrono::floor<std::chrono::milliseconds>(kLeast / 5 * phase.share);
+}
+
 }  // namespace
 
 Station::Station(const Surroundings& surroundings, TillPlan plan, const Events& events)
@@ -20,8 +27,9 @@ Station::Station(const Surroundings& surroundings, TillPlan plan, const Events& 
       files_(surroundings.machine.files),
       tally_([this] { return Unacknowledged(); }),
       pace_(surroundings.options, plan_.phase, surroundings.formats),
-      machine_(surroundings.machine, pace_.Ticks(),
-               [this] { surroundings_.machine.loop.RunPass(platform::Waiting::kNo); }),
+      machine_(
+          surroundings.machine, pace_.Ticks(),
+          [this] { surroundings_.machine.loop.RunPass(platform::Waiting::kNo); }, ErrorsApart(plan_.phase)),
       timer_(machine_.timer, pace_.TicksAtOnce(),
              {.mayTick = [this] { return HasReceiver() && HasRoom(); },
               .held = events.held,

@@ -18,7 +18,8 @@ void FailUnlessReplaceable(const std::string& path)
     const auto type = std::filesystem::status(path, ignored).type();
     using std::filesystem::file_type;
     if (type != file_type::regular && type != file_type::not_found && type != file_type::none)
-        throw platform::Failure(platform::failure::kPathFileAccess, path + ": is not a file that can be replaced");
+        throw platform::Failure(platform::failure::kPathFileAccess,
+                                path + ": is not a file that can be replaced");
 }
 
 }  // namespace

@@ -17,7 +17,6 @@ struct RowPosition {
 
     [[nodiscard]] constexpr std::uint32_t Page() const { return packed >> 8; }
     [[nodiscard]] constexpr std::uint8_t Row() const { return static_cast<std::uint8_t>(packed); }
-    // NOLINTNEXTLINE(modernize-use-nullptr): it takes the 0 that the compiler compares with for a pointer.
     constexpr auto operator<=>(const RowPosition&) const = default;
 };
 

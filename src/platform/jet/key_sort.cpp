@@ -23,7 +23,6 @@ struct Entry {
     std::string_view piece;
     RowPosition position;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): it takes the 0 that the compiler compares with for a pointer.
     auto operator<=>(const Entry&) const = default;
 };
 

@@ -3,14 +3,11 @@
 #include <utility>
 
 namespace platform::sockets {
-namespace {
 
-constexpr std::chrono::milliseconds kApart{500};
-
-}  // namespace
-
-PacedErrors::PacedErrors(EventGate& gate, EventLoop& loop, std::function<void(const Failure&)> raise)
-    : raise_(std::move(raise)),
+PacedErrors::PacedErrors(EventGate& gate, EventLoop& loop, std::chrono::milliseconds apart,
+                         std::function<void(const Failure&)> raise)
+    : apart_(apart),
+      raise_(std::move(raise)),
       gated_(gate, loop),
       alarm_(loop.NewAlarm([this] { gated_.Enter([this] { RaiseHeld(); }); }))
 {}
@@ -35,7 +32,7 @@ void PacedErrors::RaiseHeld()
 {
     const Failure reason = std::move(*held_);
     Drop();
-    earliest_ = Clock::now() + kApart;
+    earliest_ = Clock::now() + apart_;
     raise_(reason);
 }
 

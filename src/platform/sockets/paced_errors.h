@@ -10,13 +10,14 @@
 
 namespace platform::sockets {
 
-/// The errors of one control, at least 500 ms apart, the first at once. A handler that connects anew on every
+/// The errors of one control, a time apart, the first at once. A handler that connects anew on every
 /// error would otherwise make 10,000 attempts a second while nobody listens, and fill the disk with their
 /// records.
 class PacedErrors {
 public:
     /// Gate and loop are borrowed and outlive it. `raise` is called from the event loop through the gate.
-    PacedErrors(EventGate& gate, EventLoop& loop, std::function<void(const Failure&)> raise);
+    PacedErrors(EventGate& gate, EventLoop& loop, std::chrono::milliseconds apart,
+                std::function<void(const Failure&)> raise);
 
     /// For an event of the control: raises the error inside it, unless it must be held back. A later error
     /// takes the place of one that is held back.
@@ -30,6 +31,7 @@ private:
 
     void RaiseHeld();
 
+    std::chrono::milliseconds apart_;
     std::function<void(const Failure&)> raise_;
     std::optional<Failure> held_;
     Clock::time_point earliest_;  // moment of the next one

@@ -33,12 +33,13 @@ SocketState StateOf(const UdpSocket& socket)
 
 }  // namespace
 
-Winsock::Winsock(EventGate& gate, EventLoop& loop, const RegionalFormats& formats)
+Winsock::Winsock(EventGate& gate, EventLoop& loop, const RegionalFormats& formats,
+                 std::chrono::milliseconds errorsApart)
     : gate_(gate),
       loop_(loop),
       formats_(formats),
       lookup_(gate, loop),
-      errors_(gate, loop, [this](const Failure& reason) { RaiseError(reason); }),
+      errors_(gate, loop, errorsApart, [this](const Failure& reason) { RaiseError(reason); }),
       lingering_(loop, kLongestLinger)
 {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -32,8 +33,11 @@ namespace platform::sockets {
 /// waits, how far the bytes have come, and what was lost.
 class Winsock final : public WinsockControl {
 public:
-    /// All three must outlive the control.
-    Winsock(EventGate& gate, EventLoop& loop, const RegionalFormats& formats);
+    static constexpr std::chrono::milliseconds kErrorsApart{500};
+
+    /// All three must outlive the control. Its errors come so far apart, 500 ms at least.
+    Winsock(EventGate& gate, EventLoop& loop, const RegionalFormats& formats,
+            std::chrono::milliseconds errorsApart = kErrorsApart);
     ~Winsock() override;
 
     void SetProtocol(Protocol protocol) override;
