@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
-#include <ranges>
+#include <span>
 
 namespace player {
 namespace {
@@ -68,7 +68,7 @@ std::string AndMore(std::size_t count, const std::string& one)
 std::string ErrorLines(const std::vector<CountedError>& errors)
 {
     std::string text;
-    for (const CountedError& error : errors | std::views::take(kMostNamed))
+    for (const CountedError& error : std::span(errors).first(std::min(errors.size(), kMostNamed)))
         text += "  " + std::to_string(error.number) + " " + error.procedure + ": " + error.description +
                 (error.count == 1 ? "" : " (" + Grouped(error.count) + " times)") + "\n";
     return text + AndMore(errors.size(), "error");
