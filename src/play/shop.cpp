@@ -136,6 +136,8 @@ void Shop::Play()
 
 void Shop::Interrupt(int signal)
 {
+    if (unended_ == 0)
+        return;
     const bool isSecond = signal_ != 0;
     if (!isSecond)
         signal_ = signal;

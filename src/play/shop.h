@@ -26,7 +26,7 @@ public:
     /// Plays until all tills have ended.
     void Play();
 
-    /// By a signal: the first lets the tills end in order, the second ends them at once.
+    /// By a signal: the first lets the tills end in order, the second ends them at once. What has ended stays as it is.
     void Interrupt(int signal);
 
     [[nodiscard]] bool IsSingle() const { return places_.size() == 1; }

@@ -164,7 +164,9 @@ void Till::Finish()
 {
     state_ = State::kFinishing;
     station_.Timer().Hold();
-    if (!station_.IsTcp()) {
+    // A connection may be lost before its event has told so.
+    if (!station_.IsTcp() || !station_.HasReceiver()) {
+        LoseWhatIsUnderWay();
         End(Reached());
         return;
     }

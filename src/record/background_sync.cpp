@@ -32,14 +32,27 @@ void BackgroundSync::Written()
     second_->Set(std::chrono::steady_clock::now() + kBetween);
 }
 
-void BackgroundSync::SecondHasPassed()
+void BackgroundSync::Finish()
 {
-    isSet_ = false;
-    const std::lock_guard lock(mutex_);
+    second_->Clear();
+    thread_.request_stop();
+    thread_.join();
+    ThrowIfFailed();
+}
+
+void BackgroundSync::ThrowIfFailed() const
+{
     if (error_ != 0)
         throw platform::Failure(
             platform::failure::kPathFileAccess,
             "The recording cannot be brought to the disk: " + std::generic_category().message(error_));
+}
+
+void BackgroundSync::SecondHasPassed()
+{
+    isSet_ = false;
+    const std::lock_guard lock(mutex_);
+    ThrowIfFailed();
     isWanted_ = true;
     wanted_.notify_one();
 }

@@ -23,8 +23,13 @@ public:
     /// Failure of the event loop's pass that finds it.
     void Written();
 
+    /// Nothing more will be written. Waits for what is under way. The system tells a failure once, so this is the last
+    /// moment to learn of one: it is a Failure.
+    void Finish();
+
 private:
     void SecondHasPassed();
+    void ThrowIfFailed() const;
     void Run(const std::stop_token& stop);
 
     int descriptor_;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/failure.h"
 #include "platform/sockets/socket.h"
 
 namespace record {
@@ -28,11 +29,24 @@ Dialer::Dialer(const Surroundings& surroundings, HostAndPort target, Events even
 void Dialer::Start()
 {
     patience_->Set(steady_clock::now() + kPatience);
-    if (const auto address = platform::sockets::AddressFromText(target_.host))
-        Connect({*address});
-    else
-        lookup_.Start(target_.host,
-                      [this](const std::vector<SocketAddress>& addresses) { Connect(addresses); });
+    Try([this] {
+        if (const auto address = platform::sockets::AddressFromText(target_.host))
+            Connect({*address});
+        else
+            lookup_.Start(target_.host, [this](const std::vector<SocketAddress>& addresses) {
+                Try([&] { Connect(addresses); });
+            });
+    });
+}
+
+/// What the system refuses now it may give at the next attempt.
+void Dialer::Try(const std::function<void()>& step)
+{
+    try {
+        step();
+    } catch (const platform::Failure& failure) {
+        Failed(failure.Description());
+    }
 }
 
 void Dialer::StartLater()

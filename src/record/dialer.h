@@ -33,6 +33,7 @@ public:
     void StartLater();
 
 private:
+    void Try(const std::function<void()>& step);
     void Connect(std::vector<platform::sockets::SocketAddress> addresses);
     void Connected(platform::FileDescriptor socket);
     void Failed(const std::string& reason);

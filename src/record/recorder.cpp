@@ -61,6 +61,7 @@ void Recorder::Flush()
 void Recorder::Finish()
 {
     Flush();
+    sync_.Finish();
     file_.Sync();
 }
 

@@ -97,6 +97,8 @@ void RecordingFile::KeepOthersOut()
 void RecordingFile::TakeStock()
 try {
     std::ifstream file(path_, std::ios::binary);
+    if (!file.is_open())
+        Fail(errno, "cannot be read");
     tools::ReceiptReader reader(file);
     if (!reader.IsRecording())
         throw WrongUsage(path_ + " is no recording: its columns are others");

@@ -22,6 +22,13 @@ bool CanBeRead()
     return platform::Uninterrupted([&] { return ::poll(&asked, 1, 0); }) != 0;
 }
 
+/// Such a one reports EIO when it was hung up, or as a pseudo-terminal without its other end.
+bool IsTerminalOrDevice()
+{
+    struct stat status {};
+    return ::fstat(STDIN_FILENO, &status) == 0 && S_ISCHR(status.st_mode);
+}
+
 /// Files and /dev/null are always ready, and the event loop cannot watch them.
 bool CanBeWatched()
 {
@@ -56,8 +63,7 @@ StreamIntake::Outcome StandardInput::Read()
     }
     if (count < 0 && errno == EAGAIN)
         return StreamIntake::Outcome::kNothing;
-    // A terminal that was hung up, or a pseudo-terminal without its other end.
-    if (count < 0 && errno != EIO)
+    if (count < 0 && !(errno == EIO && IsTerminalOrDevice()))
         throw platform::Failure(platform::failure::kPathFileAccess,
                                 "Standard input cannot be read: " + platform::LastError().message());
     intake_.Finish();

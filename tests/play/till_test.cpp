@@ -295,6 +295,20 @@ TEST(Till, EndsInOrderWhenItIsInterrupted)
     }
 }
 
+TEST(Till, EndsInOrderWhenItsConnectionIsLostAndNotToldYet)
+{
+    Player player;
+    Peer listener = Receiver();
+    player.Start("--database feed.mdb --interval 5000 --reconnect yes");
+    listener.Accepted().Reset();
+    listener.Accepted().Reset();  // within 500 ms of the first: its error is held back
+    ::usleep(50'000);
+    player.Running().Signal(SIGINT);
+    const PlayerOutcome outcome = player.Outcome();
+    EXPECT_EQ(outcome.status, 130) << outcome.errors;
+    EXPECT_EQ(outcome.report["outcome"], "interrupted");
+}
+
 TEST(Till, EndsAtOnceWhenItIsInterruptedTwice)
 {
     Player player(Numbered(100, 1000));

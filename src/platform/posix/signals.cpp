@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "platform/failure.h"
 #include "platform/posix/system_calls.h"
 
 namespace platform::posix {
@@ -21,8 +22,11 @@ sigset_t SetOf(std::initializer_list<int> numbers)
 
 int BlockAndOpen(const sigset_t& signals)
 {
+    const int descriptor = ::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+    if (descriptor < 0)
+        throw Failure(failure::kOutOfMemory, "The system gives no descriptor for signals");
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return ::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+    return descriptor;
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace platform::posix {
 /// went away or a disk that is full, are ignored.
 class Signals {
 public:
-    /// The loop outlives this object. Failure: as EventLoop::Observe.
+    /// The loop outlives this object. Failure: kOutOfMemory.
     Signals(EventLoop& loop, std::initializer_list<int> numbers, std::function<void(int signal)> caught);
     Signals(const Signals&) = delete;
     Signals& operator=(const Signals&) = delete;
