@@ -53,10 +53,10 @@ std::string Record()
 
 itimerspec Periodic(Clock::time_point first, std::chrono::nanoseconds interval)
 {
-    const auto spec = [](std::chrono::nanoseconds time) {
+    const auto inParts = [](std::chrono::nanoseconds time) {
         return timespec{.tv_sec = time.count() / 1'000'000'000, .tv_nsec = time.count() % 1'000'000'000};
     };
-    return {.it_interval = spec(interval), .it_value = spec(first.time_since_epoch())};
+    return {.it_interval = inParts(interval), .it_value = inParts(first.time_since_epoch())};
 }
 
 /// One till of the bare loop.
