@@ -53,18 +53,6 @@ FileDescriptor OpenFor(Protocol protocol)
 
 }  // namespace
 
-const char* NameOf(Protocol protocol)
-{
-    switch (protocol) {
-        case Protocol::kTcp:
-            return "TCP";
-        case Protocol::kUdp:
-            return "UDP";
-        default:
-            return "MCAST";
-    }
-}
-
 std::string AddressFor(Protocol protocol)
 {
     return protocol == Protocol::kMulticast ? "239.1.2.3" : "127.0.0.1";

@@ -8,13 +8,11 @@
 #include <vector>
 
 #include "platform/posix/file_descriptor.h"
+#include "transport/protocol.h"
 
 namespace bench {
 
-enum class Protocol { kTcp, kUdp, kMulticast };
-
-/// As the settings file has it.
-[[nodiscard]] const char* NameOf(Protocol protocol);
+using trellivan::Protocol;
 
 /// Where a sender of this protocol sends on this machine.
 [[nodiscard]] std::string AddressFor(Protocol protocol);

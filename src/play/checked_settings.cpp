@@ -32,21 +32,17 @@ std::int32_t WholeNumber(const std::string& text, double highest, const std::str
     return static_cast<std::int32_t>(whole);
 }
 
-Protocol ProtocolNamed(const std::string& text)
+Protocol CheckedProtocol(const std::string& text)
 {
-    for (const Protocol protocol : {Protocol::kTcp, Protocol::kUdp, Protocol::kMulticast}) {
-        if (platform::SameName(text, Name(protocol)))
-            return protocol;
-    }
+    if (const auto protocol = trellivan::ProtocolNamed(text))
+        return *protocol;
     throw UsageError("The protocol \"" + text + "\" is none of TCP, UDP and MCAST");
 }
 
-Role RoleNamed(const std::string& text)
+Role CheckedRole(const std::string& text)
 {
-    if (platform::SameName(text, "Connect"))
-        return Role::kConnect;
-    if (platform::SameName(text, "Listen"))
-        return Role::kListen;
+    if (const auto role = trellivan::RoleNamed(text))
+        return *role;
     throw UsageError("The role \"" + text + "\" is neither Connect nor Listen");
 }
 
@@ -78,8 +74,8 @@ CheckedSettings Check(const TillSettings& settings, const platform::RegionalForm
                     "interval", formats));
     checked.address = connection(keys::kAddress, built_in::kAddress);
     checked.port = WholeNumber(connection(keys::kPort, built_in::kPort), kHighestPort, "port", formats);
-    checked.protocol = ProtocolNamed(connection(keys::kProtocol, built_in::kProtocol));
-    checked.role = RoleNamed(connection(keys::kRole, built_in::kRole));
+    checked.protocol = CheckedProtocol(connection(keys::kProtocol, built_in::kProtocol));
+    checked.role = CheckedRole(connection(keys::kRole, built_in::kRole));
     checked.reconnect = YesOrNo(connection(keys::kReconnect, built_in::kReconnect));
     if (checked.protocol == Protocol::kMulticast)
         CheckGroup(checked.address);
@@ -88,21 +84,9 @@ CheckedSettings Check(const TillSettings& settings, const platform::RegionalForm
     return checked;
 }
 
-std::string Name(Protocol protocol)
-{
-    switch (protocol) {
-        case Protocol::kTcp:
-            return "TCP";
-        case Protocol::kUdp:
-            return "UDP";
-        default:
-            return "MCAST";
-    }
-}
-
 std::string Target(const CheckedSettings& settings)
 {
-    const std::string port = "port " + std::to_string(settings.port) + " over " + Name(settings.protocol);
+    const std::string port = "port " + std::to_string(settings.port) + " over " + NameOf(settings.protocol);
     const bool anyPeer = settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
     return anyPeer ? port : settings.address + " " + port;
 }

@@ -37,9 +37,6 @@ struct CheckedSettings {
 /// would pass over in silence or could never play. Failure: UsageError, which names the value.
 [[nodiscard]] CheckedSettings Check(const TillSettings& settings, const platform::RegionalFormats& formats);
 
-/// "TCP", "UDP" or "MCAST".
-[[nodiscard]] std::string Name(Protocol protocol);
-
 /// Where the records go, for people: "127.0.0.1 port 5015 over TCP".
 [[nodiscard]] std::string Target(const CheckedSettings& settings);
 
