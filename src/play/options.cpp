@@ -130,7 +130,7 @@ void CommandLine::AddSelection()
         ->group("Records");
     app_.add_option("--loop", loops_, "play so many times over one connection; 0: until interrupted")
         ->option_text("N")
-        ->check(CLI::Range(std::int64_t{0}, kMostLoops))
+        ->check(tools::WholeNumberIn(0, kMostLoops))
         ->group("Records");
 }
 
@@ -162,12 +162,12 @@ void CommandLine::AddShop()
 {
     app_.add_option("--tills", options_.tills, "so many tills of each settings file (1)")
         ->option_text("N")
-        ->check(CLI::Range(std::int64_t{1}, kMostTills))
+        ->check(tools::WholeNumberIn(1, kMostTills))
         ->group("Shop");
     app_.add_option("--port-step", options_.portStep,
                     "each further till on the same port gets one so much higher (0)")
         ->option_text("N")
-        ->check(CLI::Range(std::int64_t{0}, std::int64_t{65534}))
+        ->check(tools::WholeNumberIn(0, 65534))
         ->group("Shop");
     app_.add_flag("--together", options_.together,
                   "all tills tick at the same moments, instead of spread over the interval")
