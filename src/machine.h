@@ -8,7 +8,6 @@
 #include "platform/files/file_system.h"
 #include "platform/files/profile_file.h"
 #include "platform/jet/engine.h"
-#include "platform/jet/shared_engine.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/epoll_loop.h"
 #include "platform/posix/event_queue.h"

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "machine.h"
+#include "platform/jet/shared_engine.h"
 #include "platform/posix/signals.h"
 #include "platform/posix/standard_error.h"
 #include "play/exit_status.h"
@@ -26,14 +27,13 @@ using platform::posix::StandardError;
 // Complaints and the summary wait so long for a slow reader.
 constexpr std::chrono::milliseconds kPatience{1000};
 
-QLocale LocaleNamed(const std::optional<std::string>& name)
+QLocale ChosenLocale(const std::optional<std::string>& name)
 {
     if (!name)
         return QLocale::system();
-    QLocale locale(QString::fromStdString(*name));
-    if (locale.language() == QLocale::C && *name != "C" && *name != "POSIX")
-        throw UsageError("There are no regional formats named \"" + *name + "\"");
-    return locale;
+    if (const auto locale = platform::regional::LocaleNamed(*name))
+        return *locale;
+    throw UsageError("There are no regional formats named \"" + *name + "\"");
 }
 
 bool IsReadable(const std::string& path)
@@ -54,7 +54,7 @@ public:
     Run(const Options& options, StandardError& output)
         : options_(options),
           output_(output),
-          machine_(LocaleNamed(options.locale)),
+          machine_(ChosenLocale(options.locale)),
           formats_(machine_.formats),
           spans_(options.range, formats_),
           shop_({machine_, engine_, formats_, options_, spans_, Printer(), {}},

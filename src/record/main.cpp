@@ -21,12 +21,13 @@ using namespace record;
 
 constexpr std::chrono::milliseconds kPatience{1000};  // with who reads the summary
 
-QLocale LocaleNamed(const std::string& name)
+QLocale ChosenLocale(const std::string& name)
 {
-    const QLocale locale(QString::fromStdString(name));
-    if (locale.language() == QLocale::C && name != "C" && name != "POSIX")
-        throw WrongUsage("--locale: \"" + name + "\" is no locale known here");
-    return locale;
+    if (name.empty())
+        return QLocale::system();
+    if (const auto locale = platform::regional::LocaleNamed(name))
+        return *locale;
+    throw WrongUsage("--locale: \"" + name + "\" is no locale known here");
 }
 
 std::unique_ptr<platform::Alarm> EndAfter(std::optional<std::chrono::milliseconds> duration,
@@ -75,8 +76,7 @@ void Record(const Options& options, RecordingFile& file, platform::EventLoop& lo
 
 int Run(const Options& options)
 {
-    const platform::regional::RegionalFormats formats(options.locale.empty() ? QLocale::system()
-                                                                             : LocaleNamed(options.locale));
+    const platform::regional::RegionalFormats formats(ChosenLocale(options.locale));
     Console console(options.quiet ? Console::Loudness::kQuiet : Console::Loudness::kUsual);
     platform::posix::EpollLoop loop;
     bool isInterrupted = false;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "platform/regional/qt_values.h"
 
@@ -102,6 +103,13 @@ std::optional<DateTime> RegionalFormats::DateOrTime(std::string_view text) const
     if (!date.isValid() || !time.isValid())
         return std::nullopt;
     return FromQt(date, time);
+}
+
+std::optional<QLocale> LocaleNamed(const std::string& name)
+{
+    QLocale locale(QString::fromStdString(name));
+    const bool isKnown = locale.language() != QLocale::C || name == "C" || name == "POSIX";
+    return isKnown ? std::optional(std::move(locale)) : std::nullopt;
 }
 
 }  // namespace platform::regional

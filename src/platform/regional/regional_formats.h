@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QLocale>
+#include <optional>
+#include <string>
 
 #include "platform/regional/date_and_time.h"
 #include "platform/regional_formats.h"
@@ -26,5 +28,8 @@ private:
     QLocale typed_;    ///< How the operator types numbers: perhaps with other digits than those written.
     QLocale numbers_;  ///< How numbers are written.
 };
+
+/// The locale of a name like "de_DE", "C" or "POSIX"; nothing where the name is not known.
+[[nodiscard]] std::optional<QLocale> LocaleNamed(const std::string& name);
 
 }  // namespace platform::regional
