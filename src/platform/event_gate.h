@@ -27,6 +27,14 @@ private:
     std::deque<Event> waiting_;
 };
 
+/// Runs the handler of an event, where one is set.
+template <class Handler, class... Arguments>
+void Raise(const Handler& handler, const Arguments&... arguments)
+{
+    if (handler)
+        handler(arguments...);
+}
+
 /// Where a handler pauses, so that events of window and sockets can run in between.
 class EventQueue {
 public:

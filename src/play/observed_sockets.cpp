@@ -2,20 +2,15 @@
 
 #include <algorithm>
 
+#include "platform/event_gate.h"
 #include "platform/failure.h"
 
 namespace player {
 
 using platform::Failure;
+using platform::Raise;
 
 namespace {
-
-template <class Handler, class... Arguments>
-void Raise(const Handler& handler, const Arguments&... arguments)
-{
-    if (handler)
-        handler(arguments...);
-}
 
 /// On the wire each character is one byte.
 std::size_t BytesOf(const std::string& text)

@@ -152,8 +152,7 @@ void Multicast::OpenFor(const SocketAddress& group)
 void Multicast::Report(const std::error_code& error, const std::string& what)
 {
     gated_.Post([this, reason = SocketFailure(error, what)] {
-        if (OnError)
-            OnError(reason.Number(), reason.Description());
+        Raise(OnError, reason.Number(), reason.Description());
     });
 }
 

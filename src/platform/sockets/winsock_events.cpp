@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/event_gate.h"
 #include "platform/sockets/socket.h"
 #include "platform/sockets/winsock.h"
 
@@ -28,13 +29,6 @@ Failure ConnectionLost(const std::error_code& error, std::uint64_t unsent)
         return lost;
     return {lost.Number(), lost.Description() + ", " + std::to_string(unsent) +
                                (unsent == 1 ? " byte" : " bytes") + " had not gone out"};
-}
-
-template <class Handler, class... Arguments>
-void Raise(const Handler& handler, const Arguments&... arguments)
-{
-    if (handler)
-        handler(arguments...);
 }
 
 }  // namespace
