@@ -14,50 +14,12 @@
 namespace record {
 namespace {
 
+using namespace platform::sockets;
 using platform::FileDescriptor;
-using platform::sockets::SetOption;
-using platform::sockets::SocketAddress;
-using platform::sockets::SocketFailure;
-
-enum class Sharing { kNo, kYes };
-
-/// None, with the reason in errno, where the system refuses.
-FileDescriptor OpenBound(const SocketAddress& address, int type, Sharing sharing)
-{
-    FileDescriptor socket = platform::sockets::OpenSocket(address.Family(), type);
-    if (!socket.IsOpen())
-        return {};
-    if (sharing == Sharing::kYes)
-        SetOption(socket, SOL_SOCKET, SO_REUSEADDR, 1);
-    if (address.Family() == AF_INET6)
-        SetOption(socket, IPPROTO_IPV6, IPV6_V6ONLY, 0);
-    if (::bind(socket.Number(), address.Data(), address.Size()) == 0)
-        return socket;
-    const int reason = errno;
-    socket.Close();
-    errno = reason;
-    return {};
-}
-
-SocketAddress AnyAddress(int family, std::uint16_t port)
-{
-    SocketAddress address = SocketAddress::Any(family);
-    address.SetPort(port);
-    return address;
-}
-
-/// In both families at once where the machine knows both.
-FileDescriptor OpenOnAll(std::uint16_t port, int type, Sharing sharing)
-{
-    FileDescriptor socket = OpenBound(AnyAddress(AF_INET6, port), type, sharing);
-    if (!socket.IsOpen() && (errno == EAFNOSUPPORT || errno == EADDRNOTAVAIL))
-        socket = OpenBound(AnyAddress(AF_INET, port), type, sharing);
-    return socket;
-}
 
 SocketAddress TypedAddress(const HostAndPort& at)
 {
-    auto address = platform::sockets::AddressFromText(at.host);
+    auto address = AddressFromText(at.host);
     if (!address)
         throw WrongUsage("--address: \"" + at.host + "\" is no address in digits");
     address->SetPort(at.port);
@@ -89,12 +51,12 @@ std::string JoinOnAll(const FileDescriptor& socket, const SocketAddress& group)
 
 FileDescriptor OpenLocalPort(const HostAndPort& at, int type)
 {
-    // A TCP port is shared only with connections that have ended.
-    const Sharing sharing = type == SOCK_STREAM && at.port != 0 ? Sharing::kYes : Sharing::kNo;
-    FileDescriptor socket =
-        at.host.empty() ? OpenOnAll(at.port, type, sharing) : OpenBound(TypedAddress(at), type, sharing);
+    const Sharing sharing = type == SOCK_STREAM ? Sharing::kYes : Sharing::kNo;
+    if (at.host.empty())
+        return OpenOnAllAddresses(at.port, type, sharing);
+    FileDescriptor socket = OpenBound(TypedAddress(at), type, sharing);
     if (!socket.IsOpen())
-        throw SocketFailure(platform::LastError(), "Cannot open local port " + std::to_string(at.port));
+        throw CannotOpenPort(at.port);
     return socket;
 }
 
@@ -107,7 +69,7 @@ JoinedGroup JoinGroup(const HostAndPort& at)
     FileDescriptor socket = OpenBound(group, SOCK_DGRAM, Sharing::kYes);
     // A group of one link cannot be bound without the link's name.
     if (!socket.IsOpen() && errno == EINVAL)
-        socket = OpenBound(AnyAddress(group.Family(), at.port), SOCK_DGRAM, Sharing::kYes);
+        socket = OpenBound(SocketAddress::Any(group.Family(), at.port), SOCK_DGRAM, Sharing::kYes);
     const std::string joined = socket.IsOpen() ? JoinOnAll(socket, group) : "";
     if (joined.empty())
         throw SocketFailure(platform::LastError(), "Cannot join group " + group.Text());

@@ -9,7 +9,6 @@
 #include <cstring>
 
 #include "platform/failure.h"
-#include "platform/sockets/socket_address.h"
 
 namespace platform::sockets {
 namespace {
@@ -56,27 +55,6 @@ std::string Reason(const std::error_code& error)
     return description != nullptr ? description : "system error " + std::to_string(error.value());
 }
 
-/// Bound, or none with the reason in LastError.
-FileDescriptor OpenInFamily(int family, int type, std::uint16_t port)
-{
-    FileDescriptor socket = OpenSocket(family, type);
-    if (!socket.IsOpen())
-        return {};
-    // With port 0 a shared port could be picked as the free one.
-    if (port != 0)
-        SetOption(socket, SOL_SOCKET, SO_REUSEADDR, 1);
-    if (family == AF_INET6)
-        SetOption(socket, IPPROTO_IPV6, IPV6_V6ONLY, 0);
-    SocketAddress address = SocketAddress::Any(family);
-    address.SetPort(port);
-    if (::bind(socket.Number(), address.Data(), address.Size()) == 0)
-        return socket;
-    const int reason = errno;
-    socket.Close();
-    errno = reason;
-    return {};
-}
-
 }  // namespace
 
 std::error_code PendingError(const FileDescriptor& socket)
@@ -107,15 +85,38 @@ FileDescriptor OpenSocket(int family, int type)
     return FileDescriptor(::socket(family, type | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
 }
 
-FileDescriptor OpenOnAllAddresses(int type, std::uint16_t port)
+FileDescriptor OpenBound(const SocketAddress& address, int type, Sharing sharing)
 {
-    FileDescriptor socket = OpenInFamily(AF_INET6, type, port);
-    if (!socket.IsOpen() && (errno == EAFNOSUPPORT || errno == EADDRNOTAVAIL))
-        socket = OpenInFamily(AF_INET, type, port);
-    if (socket.IsOpen())
+    FileDescriptor socket = OpenSocket(address.Family(), type);
+    if (!socket.IsOpen())
+        return {};
+    // With port 0 a shared port could be picked as the free one.
+    if (sharing == Sharing::kYes && address.Port() != 0)
+        SetOption(socket, SOL_SOCKET, SO_REUSEADDR, 1);
+    if (address.Family() == AF_INET6)
+        SetOption(socket, IPPROTO_IPV6, IPV6_V6ONLY, 0);
+    if (::bind(socket.Number(), address.Data(), address.Size()) == 0)
         return socket;
+    const int reason = errno;
+    socket.Close();
+    errno = reason;
+    return {};
+}
+
+FileDescriptor OpenOnAllAddresses(std::uint16_t port, int type, Sharing sharing)
+{
+    FileDescriptor socket = OpenBound(SocketAddress::Any(AF_INET6, port), type, sharing);
+    if (!socket.IsOpen() && (errno == EAFNOSUPPORT || errno == EADDRNOTAVAIL))
+        socket = OpenBound(SocketAddress::Any(AF_INET, port), type, sharing);
+    if (!socket.IsOpen())
+        throw CannotOpenPort(port);
+    return socket;
+}
+
+Failure CannotOpenPort(std::uint16_t port)
+{
     const auto error = LastError();
-    throw SocketFailure(
+    return SocketFailure(
         error, port == 0 ? "Cannot open a local port" : "Cannot open local port " + std::to_string(port));
 }
 

@@ -7,6 +7,7 @@
 #include "platform/failure.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/system_calls.h"
+#include "platform/sockets/socket_address.h"
 
 namespace platform::sockets {
 
@@ -28,9 +29,19 @@ namespace platform::sockets {
 /// the system refuses.
 [[nodiscard]] FileDescriptor OpenSocket(int family, int type);
 
+/// Whether a port may be that of other sockets which share it, too. Over TCP these are connections that have ended.
+enum class Sharing { kNo, kYes };
+
+/// A socket bound to an address of this machine, or to a group; none, with the reason in LastError, where the system
+/// refuses. Port 0 is any free port.
+[[nodiscard]] FileDescriptor OpenBound(const SocketAddress& address, int type, Sharing sharing);
+
 /// A socket bound to a port on all addresses: for IPv6 and IPv4 at once, or for IPv4 alone on a machine
-/// without IPv6. Port 0 is any free port. Failure: kAddressInUse, kSocketPermissionDenied and the like.
-[[nodiscard]] FileDescriptor OpenOnAllAddresses(int type, std::uint16_t port);
+/// without IPv6. Failure: kAddressInUse, kSocketPermissionDenied and the like.
+[[nodiscard]] FileDescriptor OpenOnAllAddresses(std::uint16_t port, int type, Sharing sharing);
+
+/// Why the port cannot be opened: the reason in LastError.
+[[nodiscard]] Failure CannotOpenPort(std::uint16_t port);
 
 /// Sets an option on a descriptor of ours. A kernel that does not know the option goes without it.
 void SetOption(const FileDescriptor& socket, int level, int option, int value);

@@ -70,10 +70,11 @@ SocketAddress::SocketAddress(const sockaddr* address, socklen_t size)
     std::memcpy(&storage_, address, std::min<std::size_t>(size, sizeof storage_));
 }
 
-SocketAddress SocketAddress::Any(int family)
+SocketAddress SocketAddress::Any(int family, std::uint16_t port)
 {
     SocketAddress address;  // all zeros in both families
     address.storage_.any.sa_family = static_cast<sa_family_t>(family);
+    address.SetPort(port);
     return address;
 }
 

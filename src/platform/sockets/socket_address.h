@@ -17,7 +17,7 @@ public:
     SocketAddress(const sockaddr* address, socklen_t size);
 
     /// All addresses of this machine, in a family.
-    [[nodiscard]] static SocketAddress Any(int family);
+    [[nodiscard]] static SocketAddress Any(int family, std::uint16_t port = 0);
 
     /// The address that a socket is bound to, and that of its peer.
     [[nodiscard]] static SocketAddress OfSocket(int descriptor);

@@ -24,7 +24,7 @@ bool IsConnectedToItself(const FileDescriptor& socket)
 
 FileDescriptor OpenListening(std::uint16_t port)
 {
-    FileDescriptor socket = OpenOnAllAddresses(SOCK_STREAM, port);
+    FileDescriptor socket = OpenOnAllAddresses(port, SOCK_STREAM, Sharing::kYes);
     if (::listen(socket.Number(), SOMAXCONN) == 0)
         return socket;
     const auto error = LastError();

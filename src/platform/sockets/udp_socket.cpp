@@ -16,7 +16,7 @@ constexpr int kDatagramsAPass = 16;
 
 FileDescriptor OpenUdp(std::uint16_t port)
 {
-    FileDescriptor socket = OpenOnAllAddresses(SOCK_DGRAM, port);
+    FileDescriptor socket = OpenOnAllAddresses(port, SOCK_DGRAM, Sharing::kYes);
     // Otherwise groups that any program on this machine has joined arrive here, our own records among them.
     SetOption(socket, IPPROTO_IP, IP_MULTICAST_ALL, 0);
     SetOption(socket, IPPROTO_IPV6, IPV6_MULTICAST_ALL, 0);
