@@ -1,18 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
-#include <cstddef>
 #include <ctime>
 #include <fstream>
 #include <string>
@@ -73,20 +69,4 @@ inline void Limit(__rlimit_resource resource, rlim_t value)
 {
     const rlimit limit{value, value};
     ASSERT_EQ(::setrlimit(resource, &limit), 0);
-}
-
-/// Lets a call of the system (SYS_flock) fail with an error from now on, in this process alone.
-inline void FailEvery(long systemCall, int error)
-{
-    const auto number = static_cast<std::uint32_t>(systemCall);
-    const std::uint32_t refusal = SECCOMP_RET_ERRNO | static_cast<std::uint32_t>(error);
-    sock_filter program[] = {
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1),
-        BPF_STMT(BPF_RET | BPF_K, refusal),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    const sock_fprog filter{static_cast<unsigned short>(std::size(program)), program};
-    ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
-    ASSERT_EQ(::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
 }

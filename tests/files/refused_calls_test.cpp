@@ -11,6 +11,7 @@
 #include "files/disk_fixture.h"
 #include "platform/failure.h"
 #include "platform/posix/system_calls.h"
+#include "support/failing_calls.h"
 
 /// What the system does to a program: calls that fail, locks that others keep, limits that it sets. Each body runs in a
 /// child, because what it does to its process cannot be taken back.
@@ -45,7 +46,7 @@ TEST_F(RefusedCalls, WithoutItsLockAFileIsNotWritten)
     };
     for (const auto& [error, number] : cases)
         ExpectHoldsInChild([&, error = error, number = number] {
-            FailEvery(SYS_flock, error);
+            FailEvery({SYS_flock, error});
             EXPECT_EQ(AppendFails(), number) << error;
             Save("new");
             ExpectOldContents();
@@ -57,7 +58,7 @@ TEST_F(RefusedCalls, AFileSystemWithoutLocksIsWrittenWithoutThem)
     for (const int error : {ENOLCK, EOPNOTSUPP})
         ExpectHoldsInChild([&] {
             FillFolder();
-            FailEvery(SYS_flock, error);
+            FailEvery({SYS_flock, error});
             EXPECT_EQ(AppendFails(), 0) << error;
             ExpectLogHasTheNewLine();
         });
@@ -87,12 +88,12 @@ TEST_F(KeptLock, IsWaitedForOnce)
 TEST_F(KeptLock, IsNotOursWhenWaitingIsRefused)
 {
     ExpectHoldsInChild([&] {
-        FailEvery(SYS_fcntl, EMFILE);
+        FailEvery({SYS_fcntl, EMFILE});
         EXPECT_EQ(AppendFails(), failure::kPathFileAccess);
     });
     ExpectHoldsInChild([&] {
-        FailEvery(SYS_clone3, EAGAIN);
-        FailEvery(SYS_clone, EAGAIN);
+        FailEvery({SYS_clone3, EAGAIN});
+        FailEvery({SYS_clone, EAGAIN});
         EXPECT_NE(AppendFails(), 0);
     });
     ExpectOldContents();
@@ -102,14 +103,14 @@ TEST_F(RefusedCalls, ACallThatNeverSucceedsEndsInAFailure)
 {
     for (const long call : {SYS_pread64, SYS_pwrite64, SYS_openat})
         ExpectHoldsInChild([&] {
-            FailEvery(call, EINTR);
+            FailEvery({call, EINTR});
             Save("new");
         });
     const std::pair<long, int> cases[] = {{SYS_write, EINTR}, {SYS_openat, EINTR}, {SYS_newfstatat, EIO}};
     for (const auto& [call, error] : cases)
         ExpectHoldsInChild([&, call = call, error = error] {
             EXPECT_EQ(AppendFails(""), 0);  // the sanitizer's first look at an object makes calls of its own
-            FailEvery(call, error);
+            FailEvery({call, error});
             EXPECT_EQ(AppendFails(), failure::kPathFileAccess) << call;
         });
     ExpectOldContents();

@@ -40,7 +40,7 @@ TEST_F(DeliveryTest, BytesThatWaitAreCountedUntilTheyAreHandedOver)
     EXPECT_LT(socket.WaitingBytes(), all);
     const TcpProgress progress = socket.Progress();
     EXPECT_EQ(progress.accepted, all);
-    EXPECT_GE(progress.unsent, socket.WaitingBytes());
+    EXPECT_GT(progress.unsent, socket.WaitingBytes()) << "the system has not sent all that it took";
     EXPECT_GE(progress.unacknowledged, progress.unsent);
     EXPECT_TRUE(peer.Receive(all).ends_with("xlast"));
     EXPECT_TRUE(Happens("drained"));

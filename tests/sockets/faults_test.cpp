@@ -4,8 +4,8 @@
 #include <cerrno>
 
 #include "platform/sockets/multicast.h"
-#include "sockets/failing_calls.h"
 #include "sockets/winsock_fixture.h"
+#include "support/failing_calls.h"
 
 /// What becomes of a control when the system refuses its calls.
 namespace platform::sockets {
@@ -31,9 +31,10 @@ TEST_F(FaultsTest, ASendThatFailsInPassingIsMadeAgain)
         Peer peer = ConnectedPeer();
         // Alone the second record always fails, but it leaves in one piece with the third.
         WithFailingCall({.number = SYS_sendto, .error = error, .length = 6}, [&] {
-            for (const char* record : {"one", "second", "third"})
+            for (const char* record : {"one", "second", "third"}) {
                 socket.SendData(record);
-            EXPECT_TRUE(loop.ComesToRest()) << "no rest between two tries";
+                EXPECT_TRUE(loop.ComesToRest()) << "no rest between two tries";
+            }
             EXPECT_EQ(peer.Receive(14), "onesecondthird");
         });
         socket.SendData("last");

@@ -1,4 +1,4 @@
-#include "sockets/failing_calls.h"
+#include "support/failing_calls.h"
 
 #include <gtest/gtest.h>
 #include <linux/filter.h>
@@ -10,7 +10,6 @@
 #include <thread>
 #include <vector>
 
-namespace platform::sockets {
 namespace {
 
 static_assert(std::endian::native == std::endian::little, "the low half of an argument comes first");
@@ -34,8 +33,10 @@ sock_filter Answer(std::uint32_t answer)
     return BPF_STMT(BPF_RET | BPF_K, answer);
 }
 
+}  // namespace
+
 /// Filters are for good, but for the calling thread only.
-void Install(const FailingCall& call)
+void FailEvery(const FailingCall& call)
 {
     std::vector<sock_filter> filter = {Load(kNumber)};
     if (call.length)
@@ -50,15 +51,11 @@ void Install(const FailingCall& call)
     ASSERT_EQ(::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
 }
 
-}  // namespace
-
 void WithFailingCall(const FailingCall& call, const std::function<void()>& body)
 {
     std::thread([&] {
-        Install(call);
+        FailEvery(call);
         if (!testing::Test::HasFatalFailure())
             body();
     }).join();
 }
-
-}  // namespace platform::sockets
