@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/posix/system_calls.h"
 #include "play/usage_error.h"
 
 namespace player {
@@ -30,6 +31,13 @@ platform::FileDescriptor Open(const std::string& path)
     return file;
 }
 
+/// So much never blocks where there is room at all.
+ssize_t WriteSome(int descriptor, std::string_view text)
+{
+    const std::size_t size = std::min<std::size_t>(text.size(), PIPE_BUF);
+    return platform::Uninterrupted([&] { return ::write(descriptor, text.data(), size); });
+}
+
 }  // namespace
 
 ReportFile::ReportFile(const std::string& path) : file_(Open(path)) {}
@@ -46,13 +54,11 @@ bool ReportFile::Write(const std::string& report, const std::function<bool()>& g
     pollfd output{.fd = file_.IsOpen() ? file_.Number() : STDOUT_FILENO, .events = POLLOUT, .revents = 0};
     std::string_view rest = report;
     while (!rest.empty()) {
-        // So much never blocks where there is room at all.
-        const bool hasRoom = ::poll(&output, 1, kBetweenQuestions) > 0;
-        const ssize_t written =
-            hasRoom ? ::write(output.fd, rest.data(), std::min<std::size_t>(rest.size(), PIPE_BUF)) : 0;
-        if (written < 0 && errno != EINTR && errno != EAGAIN)
+        const int ready = platform::Uninterrupted([&] { return ::poll(&output, 1, kBetweenQuestions); });
+        const ssize_t written = ready > 0 ? WriteSome(output.fd, rest) : ready;
+        if (written < 0 && errno != EAGAIN)
             return false;
-        if (!hasRoom && !goesOn())
+        if (written <= 0 && !goesOn())
             return false;
         rest.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
     }

@@ -1,10 +1,16 @@
 #include "play/report.h"
 
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 
+#include <cerrno>
 #include <nlohmann/json.hpp>
 
 #include "play/progress.h"
+#include "play/report_file.h"
+#include "support/failing_calls.h"
+#include "support/files.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -82,6 +88,16 @@ TEST(Progress, TellsOfOneTillAndOfAShop)
               "0 records, 0 records/s, 0:00 elapsed, 0 reconnections");
     EXPECT_EQ(ProgressText({.tills = 1000, .playing = 998, .waiting = 2, .records = 1}, 39998, 5s),
               "998 of 1,000 tills play, 2 wait, 39,998 records/s, 0:05 elapsed, 0 reconnections");
+}
+
+TEST(ReportFile, EndsWithoutAReportWhereEachWriteIsInterrupted)
+{
+    const TemporaryFolder folder;
+    player::ReportFile file(folder.Path("report.json"));
+    WithFailingCall({.number = SYS_write, .error = EINTR, .length = 6},
+                    [&] { EXPECT_FALSE(file.Write("report", [] { return true; })); });
+    EXPECT_TRUE(file.Write("report", [] { return true; }));
+    EXPECT_EQ(ReadFile(folder.Path("report.json")), "report");
 }
 
 TEST(ErrorList, CountsEqualErrorsAndKeepsNoMoreThanSomeKinds)

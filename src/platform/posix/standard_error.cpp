@@ -9,6 +9,8 @@
 
 #include <cerrno>
 
+#include "platform/posix/system_calls.h"
+
 namespace platform::posix {
 namespace {
 
@@ -30,7 +32,9 @@ ssize_t WriteNow(int descriptor, std::string_view text)
 bool HasRoomWithin(int descriptor, std::chrono::milliseconds patience)
 {
     pollfd writable{.fd = descriptor, .events = POLLOUT, .revents = 0};
-    return ::poll(&writable, 1, static_cast<int>(patience.count())) > 0 && (writable.revents & POLLOUT) != 0;
+    const int longest = static_cast<int>(patience.count());
+    return Uninterrupted([&] { return ::poll(&writable, 1, longest); }) > 0 &&
+           (writable.revents & POLLOUT) != 0;
 }
 
 }  // namespace
@@ -60,10 +64,10 @@ void StandardError::Write(std::string_view text)
 void StandardError::WriteWithin(std::string_view text, std::chrono::milliseconds patience)
 {
     while (!text.empty() && HasRoomWithin(descriptor_, patience)) {
-        const ssize_t written = WriteNow(descriptor_, text);
-        if (written < 0 && errno != EINTR)
+        const ssize_t written = Uninterrupted([&] { return WriteNow(descriptor_, text); });
+        if (written <= 0)
             return;
-        text.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+        text.remove_prefix(static_cast<std::size_t>(written));
     }
 }
 
