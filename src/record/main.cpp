@@ -39,10 +39,12 @@ std::unique_ptr<platform::Alarm> EndAfter(std::optional<std::chrono::millisecond
     return alarm;
 }
 
-std::unique_ptr<Source> OpenSourceFor(RecordingFile& file, const Surroundings& surroundings)
+/// What a recording needs to begin. Where that fails, no new file is left behind.
+template <class Make>
+auto MadeFor(RecordingFile& file, const Make& make)
 {
     try {
-        return OpenSource(surroundings);
+        return make();
     } catch (...) {
         file.RemoveIfNew();
         throw;
@@ -67,7 +69,8 @@ void Record(const Options& options, RecordingFile& file, platform::EventLoop& lo
     platform::EventGate gate;
     const platform::posix::Clock clock;
     const auto end = EndAfter(options.duration, loop, recorder);
-    const auto source = OpenSourceFor(file, {loop, gate, clock, recorder, console, options});
+    const Surroundings surroundings{loop, gate, clock, recorder, console, options};
+    const auto source = MadeFor(file, [&] { return OpenSource(surroundings); });
     while (!recorder.HasEnded() && !isInterrupted)
         loop.RunPass(platform::Waiting::kYes);
     source->Finish();
@@ -86,7 +89,8 @@ int Run(const Options& options)
                                               [&](int) { isInterrupted = true; });
     RecordingFile file(options.file, options.onExisting);
     SayWhatWasFound(file, console);
-    Recorder recorder(loop, file, formats, console, {options.rule.transferTime, options.records});
+    const Recorder::Settings settings{options.rule.transferTime, options.records};
+    auto recorder = MadeFor(file, [&] { return Recorder(loop, file, formats, console, settings); });
     try {
         Record(options, file, loop, recorder, console, isInterrupted);
     } catch (const std::exception&) {
