@@ -55,8 +55,7 @@ public:
     virtual void Post(std::function<void()> action) = 0;
 
     /// Runs what is due: first the moments that have come, earliest first, then posted actions, then ready
-    /// descriptors, each at most once. With Waiting::kYes it first waits until something is due or a signal
-    /// arrives.
+    /// descriptors, each at most once. With Waiting::kYes it first waits until something is due.
     virtual void RunPass(Waiting waiting) = 0;
 
     /// A descriptor that is readable, from this call on, while a pass is due. Another event loop may poll it, and must

@@ -4,10 +4,14 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 
+#include <cerrno>
 #include <string>
+#include <utility>
 
 #include "platform/failure.h"
+#include "support/failing_calls.h"
 
 namespace platform::posix {
 namespace {
@@ -207,6 +211,30 @@ TEST_F(EpollLoopTest, RefusesWhatCannotBeWatchedAndGoesOn)
 {
     EXPECT_THROW(static_cast<void>(loop.Observe(9999, Readiness::kReadable, Note("x"))), Failure);
     EXPECT_EQ(Pass(), "");
+}
+
+TEST_F(EpollLoopTest, NeitherSpinsNorLosesAMomentWhereTheSystemRefusesACall)
+{
+    constexpr int kMostPasses = 20;  // of 10 ms each
+    SendToNear();
+    for (const auto& [call, error] : {std::pair(SYS_timerfd_settime, EINVAL),
+                                      {SYS_epoll_wait, EIO},
+                                      {SYS_epoll_wait, EINTR},
+                                      {SYS_epoll_ctl, EPERM}}) {
+        const auto watch = loop.Observe(near, Readiness::kReadable, [] {});
+        const auto alarm = loop.NewAlarm(Note("a"));
+        seen.clear();
+        int passes = 0;
+        WithFailingCall({.number = call, .error = error}, [&] {
+            watch->SetEnabled(false);
+            alarm->Set(Clock::now() + 50ms);
+            for (; seen.empty() && passes < kMostPasses; ++passes)
+                loop.RunPass(Waiting::kYes);
+        });
+        EXPECT_EQ(seen, "a") << call;
+        EXPECT_EQ(Pass(), "");
+        EXPECT_FALSE(IsReadable()) << "what nobody wants is still registered";
+    }
 }
 
 }  // namespace

@@ -67,6 +67,16 @@ TEST_F(FaultsTest, AnyOtherFailureOfASendIsALostConnection)
     EXPECT_EQ(lastError, "The connection is lost: the peer has closed the connection");
 }
 
+TEST_F(FaultsTest, AConnectionWhoseRoomCannotBeWatchedIsLost)
+{
+    Peer peer = ConnectedPeer();
+    WithFailingCall({.number = SYS_epoll_ctl, .error = ENOSPC}, [&] {
+        EXPECT_EQ(FailureOf([&] { socket.SendData(std::string(std::size_t{8} << 20, 'x')); }),
+                  failure::kOutOfMemory);
+    });
+    EXPECT_TRUE(Happens("error " + std::to_string(failure::kNoBufferSpace)));
+}
+
 TEST_F(FaultsTest, AMessageNamesTheCauseAndNoNumberThatNobodyChose)
 {
     WithFailingCall({.number = SYS_bind, .error = EACCES}, [&] {

@@ -6,14 +6,20 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <thread>
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/posix/system_calls.h"
 
 namespace platform::posix {
 namespace {
 
 constexpr int kMostEventsAPass = 64;
+
+/// Before a call that the system has refused is made again, which would keep a core busy.
+constexpr std::chrono::milliseconds kRest{10};
 
 FileDescriptor Checked(int descriptor)
 {
@@ -174,11 +180,12 @@ void EpollLoop::Post(std::function<void()> action)
 
 void EpollLoop::RunPass(Waiting waiting)
 {
-    const bool waits = waiting == Waiting::kYes && !SomethingIsDue();
-    if (waits)
-        SetTimer(NextMoment());
+    const bool waits = waiting == Waiting::kYes && !SomethingIsDue() && SetTimer(NextMoment());
     std::array<epoll_event, kMostEventsAPass> ready;
-    const int count = epoll_wait(epoll_.Number(), ready.data(), kMostEventsAPass, waits ? -1 : 0);
+    const int count = Uninterrupted(
+        [&] { return epoll_wait(epoll_.Number(), ready.data(), kMostEventsAPass, waits ? -1 : 0); });
+    if (std::exchange(wasRefused_, false) || count < 0)
+        std::this_thread::sleep_for(kRest);
     RunMoments();
     RunPosted();
     for (int i = 0; i < count; ++i) {
@@ -208,15 +215,22 @@ EpollLoop::Watched& EpollLoop::WatchedOf(int descriptor)
 bool EpollLoop::Register(int descriptor)
 {
     Watched& watched = WatchedOf(descriptor);
-    const std::uint32_t wanted = (watched.readable ? EPOLLIN : 0U) | (watched.writable ? EPOLLOUT : 0U);
+    const std::uint32_t wanted = watched.Wanted();
     const int change = wanted == 0 ? EPOLL_CTL_DEL : watched.registered == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
     if (change == EPOLL_CTL_ADD)
         ++watched.generation;
     epoll_event event{.events = wanted, .data = {.u64 = KeyOf(descriptor, watched.generation)}};
     const bool done = epoll_ctl(epoll_.Number(), change, descriptor, &event) == 0;
-    if (done || wanted == 0)
+    if (done)
         watched.registered = wanted;
+    else if (errno == ENOENT || errno == EBADF)
+        watched.registered = 0;
     return done;
+}
+
+std::uint32_t EpollLoop::Watched::Wanted() const
+{
+    return (readable ? EPOLLIN : 0U) | (writable ? EPOLLOUT : 0U);
 }
 
 std::optional<Alarm::Time> EpollLoop::NextMoment() const
@@ -266,6 +280,9 @@ void EpollLoop::React(std::uint64_t key, std::uint32_t events)
         if (const Reaction react = watched.*reaction)
             (*react)();
     };
+    // Where a change was refused, the descriptor may be ready for what nobody wants any more, and stay so.
+    if (const Watched& watched = WatchedOf(descriptor); watched.registered != watched.Wanted())
+        wasRefused_ = !Register(descriptor);
     reactIf(&Watched::readable, EPOLLIN);
     reactIf(&Watched::writable, EPOLLOUT);
 }
@@ -276,18 +293,18 @@ void EpollLoop::AnnounceNextPass()
 {
     if (!isWatchedItself_)
         return;
-    SetWake(SomethingIsDue());
-    if (!wakeIsOn_)
-        SetTimer(NextMoment());
+    SetWake(SomethingIsDue() || !SetTimer(NextMoment()));
 }
 
-void EpollLoop::SetTimer(std::optional<Alarm::Time> moment)
+bool EpollLoop::SetTimer(std::optional<Alarm::Time> moment)
 {
     if (moment == timerSetTo_)
-        return;
+        return true;
     const itimerspec once = Once(moment);
-    timerfd_settime(timer_.Number(), TFD_TIMER_ABSTIME, &once, nullptr);
-    timerSetTo_ = moment;
+    wasRefused_ = timerfd_settime(timer_.Number(), TFD_TIMER_ABSTIME, &once, nullptr) != 0;
+    if (!wasRefused_)
+        timerSetTo_ = moment;
+    return !wasRefused_;
 }
 
 void EpollLoop::SetWake(bool on)

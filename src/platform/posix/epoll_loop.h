@@ -41,6 +41,7 @@ private:
         Reaction writable;
         std::uint32_t registered = 0;  // the events for which epoll knows it
         std::uint32_t generation = 0;  // grows when the number may stand for another file than before
+        [[nodiscard]] std::uint32_t Wanted() const;
     };
 
     [[nodiscard]] bool Register(int descriptor);
@@ -51,7 +52,7 @@ private:
     void RunPosted();
     void React(std::uint64_t key, std::uint32_t events);
     void AnnounceNextPass();
-    void SetTimer(std::optional<Alarm::Time> moment);
+    [[nodiscard]] bool SetTimer(std::optional<Alarm::Time> moment);
     void SetWake(bool on);
 
     FileDescriptor epoll_;
@@ -62,6 +63,7 @@ private:
     std::deque<MomentAlarm*> due_;  // come, but not run yet
     std::deque<std::function<void()>> posted_;
     std::optional<Alarm::Time> timerSetTo_;
+    bool wasRefused_ = false;  // a call without which the loop would spin or sleep too long
     bool wakeIsOn_ = false;
     bool isWatchedItself_ = false;  // another event loop relies on Descriptor()
 };

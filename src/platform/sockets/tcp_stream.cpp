@@ -56,7 +56,7 @@ void TcpStream::Send(std::string_view bytes)
         return;
     queue_.Append(bytes.substr(sent));
     if (!writable_)
-        writable_.emplace(loop_, socket_, Readiness::kWritable, [this] { SendWaiting(); });
+        AwaitRoom();
 }
 
 TcpStream::Received TcpStream::Receive(std::span<char> buffer)
@@ -101,6 +101,17 @@ std::size_t TcpStream::SendNow(std::string_view bytes)
     if (const auto error = LastError(); !IsPassing(error))
         Break(error);
     return 0;
+}
+
+/// What nobody watches would wait for ever.
+void TcpStream::AwaitRoom()
+{
+    try {
+        writable_.emplace(loop_, socket_, Readiness::kWritable, [this] { SendWaiting(); });
+    } catch (const Failure&) {
+        Break(make_error_code(std::errc::not_enough_memory));
+        throw;
+    }
 }
 
 void TcpStream::SendWaiting()

@@ -37,7 +37,8 @@ public:
 
     /// Hands bytes to the network, or to the queue behind those that wait. Failure: kSocketWouldBlock where
     /// the queue would get too long (the bytes are refused whole, as are more bytes than the queue can hold),
-    /// kConnectionReset and the like on a connection that is broken.
+    /// kOutOfMemory where the system cannot tell when there is room, which breaks the connection, kConnectionReset and
+    /// the like on one that is broken.
     void Send(std::string_view bytes);
 
     /// What one look at the connection has brought: bytes, or the peer's orderly end, or an error.
@@ -76,6 +77,7 @@ public:
 
 private:
     [[nodiscard]] std::size_t SendNow(std::string_view bytes);
+    void AwaitRoom();
     void SendWaiting();
     void Break(const std::error_code& error);
     /// A count that the system keeps of what it has taken.
