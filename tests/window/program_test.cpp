@@ -4,11 +4,23 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <csignal>
 
 namespace {
 
+/// True for a signal that the process lets pass.
+bool Ignores(const QProcess& process, int signal)
+{
+    QFile status("/proc/" + QString::number(process.processId()) + "/status");
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
+    const QByteArray all = status.readAll();
+    constexpr int kHexadecimal = 16;
+    const QByteArray ignored = all.mid(all.indexOf("SigIgn:") + 7, 1 + kHexadecimal).trimmed();
+    return (ignored.toULongLong(nullptr, kHexadecimal) >> (signal - 1) & 1) != 0;
+}
+
 /// Qt alone would end at the first of these, with a message or without one.
-TEST(Program, TakesNoCommandLine)
+TEST(Program, TakesNoCommandLineAndEndsByNoFailedWrite)
 {
     const QTemporaryDir folder;
     const QString program = folder.filePath("Trellivan");
@@ -23,6 +35,8 @@ TEST(Program, TakesNoCommandLine)
         EXPECT_TRUE(QTest::qWaitFor(
             [&] { return QFile::exists(log) || process.state() == QProcess::NotRunning; }, 60'000));
         EXPECT_TRUE(QFile::exists(log)) << arguments.join(' ').toStdString();
+        for (const int fatal : {SIGXFSZ, SIGPIPE})
+            EXPECT_TRUE(Ignores(process, fatal)) << "a write that fails would end the program";
         process.kill();
         process.waitForFinished();
         EXPECT_EQ(process.readAllStandardError().count("Unknown"), 0);
