@@ -9,11 +9,11 @@
 namespace player {
 namespace {
 
-constexpr double kLongestInterval = 32000;  // milliseconds
 constexpr double kHighestPort = 65535;
 
 /// A value of the settings, or what the window shows without one.
-std::string ValueOr(const TillSettings& settings, const char* section, const char* key, const char* builtIn)
+std::string ValueOr(const TillSettings& settings, const char* section, const char* key,
+                    const std::string& builtIn)
 {
     const std::string value = settings.Value(section, key);
     return value.empty() ? builtIn : value;
@@ -65,18 +65,18 @@ void CheckGroup(const std::string& address)
 
 CheckedSettings Check(const TillSettings& settings, const platform::RegionalFormats& formats)
 {
-    const auto connection = [&](const char* key, const char* builtIn) {
+    const auto connection = [&](const char* key, const std::string& builtIn) {
         return ValueOr(settings, keys::kConnection, key, builtIn);
     };
     CheckedSettings checked;
     checked.interval = std::chrono::milliseconds(
-        WholeNumber(ValueOr(settings, keys::kTimer, keys::kInterval, built_in::kInterval), kLongestInterval,
-                    "interval", formats));
+        WholeNumber(ValueOr(settings, keys::kTimer, keys::kInterval, std::to_string(built_in::kInterval)),
+                    trellivan::kLongestInterval, "interval", formats));
     checked.address = connection(keys::kAddress, built_in::kAddress);
     checked.port = WholeNumber(connection(keys::kPort, built_in::kPort), kHighestPort, "port", formats);
-    checked.protocol = CheckedProtocol(connection(keys::kProtocol, built_in::kProtocol));
-    checked.role = CheckedRole(connection(keys::kRole, built_in::kRole));
-    checked.reconnect = YesOrNo(connection(keys::kReconnect, built_in::kReconnect));
+    checked.protocol = CheckedProtocol(connection(keys::kProtocol, NameOf(built_in::kProtocol)));
+    checked.role = CheckedRole(connection(keys::kRole, NameOf(built_in::kRole)));
+    checked.reconnect = YesOrNo(connection(keys::kReconnect, "NO"));
     if (checked.protocol == Protocol::kMulticast)
         CheckGroup(checked.address);
     if (settings.Value(keys::kDatabase, keys::kFilePath).empty())

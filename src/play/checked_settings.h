@@ -10,16 +10,6 @@
 
 namespace player {
 
-/// What the window shows where the settings say nothing.
-namespace built_in {
-inline constexpr const char* kInterval = "25";
-inline constexpr const char* kAddress = "127.0.0.1";
-inline constexpr const char* kPort = "5015";
-inline constexpr const char* kProtocol = "TCP";
-inline constexpr const char* kRole = "Connect";
-inline constexpr const char* kReconnect = "NO";
-}  // namespace built_in
-
 using trellivan::Protocol;
 using trellivan::Role;
 
