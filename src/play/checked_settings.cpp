@@ -36,7 +36,7 @@ Protocol CheckedProtocol(const std::string& text)
 {
     if (const auto protocol = trellivan::ProtocolNamed(text))
         return *protocol;
-    throw UsageError("The protocol \"" + text + "\" is none of TCP, UDP and MCAST");
+    throw UsageError("The protocol \"" + text + "\" is none of " + trellivan::ProtocolNames(", "));
 }
 
 Role CheckedRole(const std::string& text)
