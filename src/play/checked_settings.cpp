@@ -84,11 +84,15 @@ CheckedSettings Check(const TillSettings& settings, const platform::RegionalForm
     return checked;
 }
 
+bool Listens(const CheckedSettings& settings)
+{
+    return settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
+}
+
 std::string Target(const CheckedSettings& settings)
 {
     const std::string port = "port " + std::to_string(settings.port) + " over " + NameOf(settings.protocol);
-    const bool anyPeer = settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
-    return anyPeer ? port : settings.address + " " + port;
+    return Listens(settings) ? port : settings.address + " " + port;
 }
 
 }  // namespace player

@@ -27,6 +27,9 @@ struct CheckedSettings {
 /// would pass over in silence or could never play. Failure: UsageError, which names the value.
 [[nodiscard]] CheckedSettings Check(const TillSettings& settings, const platform::RegionalFormats& formats);
 
+/// True where the receiver is to call. Over MCAST nobody calls, whatever the role.
+[[nodiscard]] bool Listens(const CheckedSettings& settings);
+
 /// Where the records go, for people: "127.0.0.1 port 5015 over TCP".
 [[nodiscard]] std::string Target(const CheckedSettings& settings);
 
