@@ -100,7 +100,8 @@ void frmConnect::SaveConfigSettings()  // continue
     add(keys::kTimer, keys::kInterval, [&] { return txtTimerInterval.Text(); });
     // The timer is not told: Play and Pause do that, and hold the number against the longest interval first.
     pending.Step([&] {
-        TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_), "Timer Speed");
+        constexpr const char* kWhat = "Timer Speed";
+        TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_, kWhat), kWhat);
     });
     addAndTake(keys::kAddress, txtIPAddress, IPAddress);
     addAndTake(keys::kPort, txtPortNumber, PortNumber);

@@ -32,16 +32,18 @@ Failure Overflow(std::string_view what, double number, double lowest, double hig
                                     Digits(lowest) + " and " + Digits(highest)};
 }
 
-double ToNumber(std::string_view text, const RegionalFormats& formats)
+double ToNumber(std::string_view text, const RegionalFormats& formats, std::string_view what)
 {
     if (const auto number = formats.Number(text))
         return *number;
-    throw Failure(failure::kTypeMismatch, "Type mismatch: \"" + std::string(text) + "\" is not a number");
+    throw Failure(failure::kTypeMismatch,
+                  "Type mismatch: " + std::string(what) + " \"" + std::string(text) + "\" is not a number");
 }
 
 std::int32_t ToLong(std::string_view text, const RegionalFormats& formats)
 {
-    return ToInteger<std::int32_t>(ToNumber(text, formats), "the port");
+    constexpr const char* kWhat = "the port";
+    return ToInteger<std::int32_t>(ToNumber(text, formats, kWhat), kWhat);
 }
 
 std::string UpperCase(std::string_view text)

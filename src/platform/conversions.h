@@ -40,8 +40,9 @@ template <class Integer>
     return ToInteger<std::int32_t>(count + 1.0);
 }
 
-/// The number that a text stands for. Failure: kTypeMismatch where it is none.
-[[nodiscard]] double ToNumber(std::string_view text, const RegionalFormats& formats);
+/// The number that a text stands for. `what` says in the description whose number it is. Failure: kTypeMismatch where the
+/// text is none.
+[[nodiscard]] double ToNumber(std::string_view text, const RegionalFormats& formats, std::string_view what);
 
 /// The 32-bit whole number that the text of a port stands for. Every port goes through this function, so that "1.5" means
 /// the same port everywhere. Failure: kTypeMismatch, kOverflow.

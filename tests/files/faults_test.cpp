@@ -82,8 +82,6 @@ TEST_F(Faults, AFullDiskLeavesTheOldContents)
         FillDisk(4096);
         Save(std::string(20000, 'y'));
         Save("new");
-        profile_.WritePrivateProfileStringA({{"S", "key", "n"}, {"S", "other", std::string(20000, 'y')}},
-                                            config_);
         EXPECT_EQ(LongAppendFails(), failure::kDiskFull);
         Trim(kNoLineLimit);
         Trim(450);

@@ -111,6 +111,23 @@ TEST(ColumnValue, ThatMakesNoSenseIsRefused)
     EXPECT_EQ(FailureOf([] { (void)OneColumn(ColumnType::kDate, BytesOf(1e9)).Read(); }), failure::kOverflow);
 }
 
+TEST(LongValue, OfManyBlocksIsReadToItsEndUnlessOnlyItsBeginningIsWanted)
+{
+    tools::Layout layout = tools::kJet4Layout;
+    layout.longValueRow = 5;  // a pointer and one byte
+    tools::MemoryPages pages;
+    tools::PageOutput output(pages, layout);
+    output.Write(output.Allocate(), tools::DatabaseBytes({}).substr(0, layout.pageSize));
+    tools::LongValues values(output, 0);
+    const std::string stored = values.Store(std::string(300, 'x'));
+    values.Flush();
+    const PageFile file(Memory(pages.Content()), "memory");
+    const Bytes reference(stored.begin(), stored.end());
+    EXPECT_EQ(ReadLongValue(file, ByteView(reference)), Bytes(300, 'x'));
+    EXPECT_EQ(ReadLongValueBeginning(file, ByteView(reference), 7), Bytes(7, 'x'));
+    EXPECT_EQ(ReadLongValueBeginning(file, ByteView(reference), 300), Bytes(16, 'x'));
+}
+
 TEST(SortKey, OrdersAsTheValuesDo)
 {
     const double infinity = std::numeric_limits<double>::infinity();

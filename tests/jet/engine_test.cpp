@@ -158,6 +158,7 @@ TEST(Database, NamesTheTableAndThePageOfDamage)
     constexpr std::size_t kTrans = 3 * kLayout.pageSize;
     constexpr std::size_t kUsageMaps = 4 * kLayout.pageSize;
     constexpr std::size_t kEndOfRows = 6 * kLayout.pageSize;
+    constexpr std::uint32_t kTextOfTwoBytes = 22 << 16 | 24;  // where it begins and ends in its row
     const std::string indexed = DatabaseBytes(Receipts(1));
     const std::string unindexed = DatabaseBytes(Receipts(1), {.password = "", .index = false});
     const std::size_t leaf = indexed.find("\4\1"s) / kLayout.pageSize;
@@ -166,20 +167,27 @@ TEST(Database, NamesTheTableAndThePageOfDamage)
         std::size_t place;
         std::uint32_t number;
         std::string where;
+        std::string order = "ref";
     } cases[] = {
+        {unindexed.substr(0, 40), 36, 0, "page 0: "},
         {unindexed, 2 * kLayout.pageSize + kLayout.definition.columnCount, 0x7FFF,
          "table MSysObjects, page 2: "},
         {unindexed, kTrans + kLayout.definition.columnCount, 0x7FFF, "table trans, page 3: "},
         {unindexed, kTrans + kLayout.definition.usageMap, 0xFFFFFF01, "table trans, page 16777215: "},
         {unindexed, kUsageMaps + kLayout.data.rowOffsets, 0x0FFF0FFE, "table trans, page 4: "},
         {indexed, kEndOfRows - 4, 0xFFFFFFFF, "table trans, page 5: "},
+        {indexed, kEndOfRows - 7, kTextOfTwoBytes, "table trans, page 5: ", "rawtransaction"},
         {indexed, leaf * kLayout.pageSize + kLayout.indexPage.prefixLength, 0xFFFF,
          "table trans, page " + std::to_string(leaf) + ": "},
     };
-    for (auto [bytes, place, number, where] : cases) {
+    for (auto [bytes, place, number, where, order] : cases) {
         tools::Store(bytes, place, number);
         const Failure failure =
-            ThrownBy([&, damaged = bytes] { return OpenInMemory(damaged)->Field("rawtransaction"); });
+            ThrownBy([&, damaged = bytes, query = "SELECT * FROM trans ORDER BY " + order] {
+                return OpenDatabaseFile(Memory(damaged), "memory", "")
+                    ->OpenRecordset(query)
+                    ->Field("rawtransaction");
+            });
         EXPECT_EQ(failure.Number(), failure::kDatabaseDamaged);
         EXPECT_NE(failure.Description().find("The database memory is damaged: " + where), std::string::npos)
             << failure.Description();
@@ -296,14 +304,25 @@ TEST_P(FormatTest, SortsByMemosAndReadsTheirBeginningsAlone)
         memo[place] = static_cast<char>('z' - ref % 10);
         receipts.push_back({ref, memo, {}, {}});
     }
-    const std::string bytes = DatabaseBytes(receipts, options_);
-    const auto database =
-        OpenDatabaseFile(Memory(bytes, bytes.size() / kJet3Layout.pageSize / 4), "memory", "");
-    const auto records = database->OpenRecordset("SELECT * FROM trans ORDER BY rawtransaction");
+    receipts.push_back({30, "co-op", {}, {}});
+    receipts.push_back({31, "coop", {}, {}});
+    std::string bytes = DatabaseBytes(receipts, options_);
+    const auto open = [&] {
+        return OpenDatabaseFile(Memory(bytes, bytes.size() / kJet3Layout.pageSize / 4), "memory", "")
+            ->OpenRecordset("SELECT * FROM trans ORDER BY rawtransaction");
+    };
+    const auto records = open();
     std::string order;
     for (; !records->AtEOF(); records->MoveNext())
         order += std::to_string(std::get<std::int32_t>(records->Field("ref"))) + " ";
-    EXPECT_EQ(order, "0 1 2 3 4 5 6 7 8 9 19 18 17 16 15 14 13 12 11 10 29 28 27 26 25 24 23 22 21 20 ");
+    const std::string first = GetParam() == tools::Format::kJet3 ? "30 31 " : "31 30 ";
+    EXPECT_EQ(order,
+              first + "0 1 2 3 4 5 6 7 8 9 19 18 17 16 15 14 13 12 11 10 29 28 27 26 25 24 23 22 21 20 ");
+
+    const Layout& layout = FileLayout();
+    const std::size_t columns = layout.definition.end + layout.definition.indexPlaceSize;
+    bytes[3 * layout.pageSize + columns + layout.column.size] = static_cast<char>(ColumnType::kOle);
+    EXPECT_EQ(open()->RecordCount(), 32);
 }
 
 }  // namespace

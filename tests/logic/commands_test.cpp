@@ -24,13 +24,14 @@ TEST(Pause, ThatIsRefusedLetsTheReplayRunOnWherePlayStopsIt)
 {
     Program program;
     program.StartConnected();
-    program.txtTimerInterval.text = "-5";
+    program.txtTimerInterval.text = "-40000";
     program.cmdPause.OnClick();
     EXPECT_TRUE(program.tmrSendData.enabled);
     program.cmdPlay.OnClick();
     EXPECT_FALSE(program.tmrSendData.enabled);
-    EXPECT_EQ(program.TakeRecords(), (Texts{"380|A negative interval|frmConnect.cmdPause",
-                                            "380|A negative interval|frmConnect.cmdPlayPause"}));
+    const std::string overflow = "6|Overflow: Timer Speed -40000 is not between -32768 and 32767|";
+    EXPECT_EQ(program.TakeRecords(),
+              (Texts{overflow + "frmConnect.cmdPause", overflow + "frmConnect.cmdPlayPause"}));
 }
 
 TEST(Clear, RewindsEmptiesTheViewAndClosesTheSocket)

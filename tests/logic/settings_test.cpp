@@ -73,14 +73,17 @@ TEST(Apply, ClearsThenSavesEveryEntry)
 
 TEST(Apply, SavesAnIntervalThatFitsNoIntegerAndRecordsIt)
 {
-    for (const char* interval : {"soon", "40000"}) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"soon", "13|Type mismatch: Timer Speed \"soon\" is not a number"},
+        {"40000", "6|Overflow: Timer Speed 40000 is not between -32768 and 32767"}};
+    for (const auto& [interval, failure] : cases) {
         Program program;
         program.Start();
         program.txtTimerInterval.text = interval;
         program.cmdApply.OnClick();
         EXPECT_EQ((program.profile.values[{"Timer", "Interval"}]), interval);
         EXPECT_EQ(program.TakeStatus(), (Texts{"  Data Reset", "  Settings saved"}));
-        EXPECT_EQ(program.TakeRecordNames(), Texts{"frmConnect.SaveConfigSettings"});
+        EXPECT_EQ(program.TakeRecords(), Texts{std::string(failure) + "|frmConnect.SaveConfigSettings"});
     }
 }
 

@@ -55,7 +55,9 @@ TEST(ErrorLogLimits, AnAgeBeyondAllDatesIsRecordedAndNothingIsTrimmed)
     Program program;
     program.Start({{"Error_Log_Days", "1e9"}, {"Error_Log_Length", "0"}});
     EXPECT_EQ(program.errorLog.lineLimit, std::nullopt);
-    EXPECT_EQ(program.TakeRecordNames(), Texts{"modGlobals.GlobalsMain"});
+    EXPECT_EQ(program.TakeRecords(),
+              Texts{"6|Overflow: the number of days 1000000000 is not between -4000000 and 4000000|"
+                    "modGlobals.GlobalsMain"});
 }
 
 TEST(OpenFile, ClosesTheSocketAndStartsAtTheFirstRowOfTheChosenFile)

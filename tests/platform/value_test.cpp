@@ -66,4 +66,14 @@ TEST(Conversions, RoundHalvesToTheEvenNeighbourWithinTheType)
         EXPECT_THROW(static_cast<void>(platform::ToInteger<std::int16_t>(number)), Failure) << number;
 }
 
+TEST(Conversions, NameThePortThatIsNone)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"pier", "Type mismatch: the port \"pier\" is not a number"},
+        {"99999999999", "Overflow: the port 99999999999 is not between -2147483648 and 2147483647"}};
+    for (const auto& [text, description] : cases)
+        EXPECT_EQ(ThrownBy([text = text] { return platform::ToLong(text, CommaFormats()); }).Description(),
+                  description);
+}
+
 }  // namespace

@@ -159,7 +159,8 @@ TEST_F(MainWindowTest, ChangesADropDownListByTheWheelOnlyWhileItHasTheFocus)
     const auto turnWheel = [&] {
         const QPointF middle = QRectF(list.rect()).center();
         QWheelEvent down(middle, list.mapToGlobal(middle), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&list, &down);
+        QSpontaneKeyEvent::setSpontaneous(&down);  // as from a real mouse, which can give the focus
+        qApp->notify(&list, &down);
     };
     turnWheel();
     turnWheel();

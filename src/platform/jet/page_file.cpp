@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/jet/damage_report.h"
 #include "platform/jet/header.h"
 
 /// Pages
@@ -35,7 +36,7 @@ PageFile::PageFile(std::shared_ptr<const ByteSource> source, std::string name)
     if (!format)
         throw Failure(failure::kUnrecognisedFormat, "Unrecognised database format of " + name_);
     format_ = *format;
-    header_ = ReadHeader(start, format_);
+    header_ = OnPage(0, [&] { return ReadHeader(start, format_); });
 }
 
 std::uint64_t PageFile::PageCount() const

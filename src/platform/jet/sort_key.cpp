@@ -58,11 +58,15 @@ std::string DecimalKey(ByteView bytes)
     return '\0' + magnitude;
 }
 
+std::string TextKey(const PageFile& file, std::string_view text)
+{
+    return TextSortKey(text, file.FileFormat());
+}
+
 std::string MemoKey(const PageFile& file, ByteView reference)
 {
     const auto bytes = ReadLongValueBeginning(file, reference, kMemoBytesThatCount);
-    return TextSortKey(DecodeTextBeginning(ByteView(bytes), file.FileFormat(), kMemoCharactersThatCount),
-                       file.FileFormat());
+    return TextKey(file, DecodeTextBeginning(ByteView(bytes), file.FileFormat(), kMemoCharactersThatCount));
 }
 
 std::string OleKey(const PageFile& file, ByteView reference)
@@ -92,7 +96,7 @@ std::string ByteSortKey(const PageFile& file, const Row& row, const Column& colu
         return {};
     switch (column.type) {
         case ColumnType::kText:
-            return TextSortKey(DecodeText(*bytes, file.FileFormat()), file.FileFormat());
+            return TextKey(file, DecodeText(*bytes, file.FileFormat()));
         case ColumnType::kMemo:
             return MemoKey(file, *bytes);
         case ColumnType::kOle:

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/jet/damage_report.h"
 #include "platform/jet/sorting.h"
 #include "platform/jet/table_scan.h"
 
@@ -40,8 +41,10 @@ std::vector<RowPosition> SortedByBytes(const PageFile& file, const TableDefiniti
         (row.BytesOf(column) ? others : nulls).push_back(position);
     });
     SortByKey(others, [&](RowPosition position) {
-        const Row row(FetchRow(file, position, table.page), table, file.FileFormat());
-        return ByteSortKey(file, row, column);
+        return OnPage(position.Page(), [&] {
+            const Row row(FetchRow(file, position, table.page), table, file.FileFormat());
+            return ByteSortKey(file, row, column);
+        });
     });
     nulls.insert(nulls.end(), others.begin(), others.end());
     return nulls;
@@ -61,6 +64,8 @@ std::vector<RowPosition> SortedByColumn(const PageFile& file, const TableDefinit
 /// a second witness only: an index that has these rows and no other or, for a table without one, the pages.
 /// To refuse such a table would be the greater evil: one sound table in a hundred has a wrong count and no
 /// index, and of randomly damaged files one in ten thousand gets by the pages with a row too few or too many.
+/// A table in which no row is found is refused whoever agrees: nothing is lost by it, for there is nothing to
+/// send, and the record says why.
 bool AreAllRows(const PageFile& file, const TableDefinition& table, const std::vector<RowPosition>& rows)
 {
     if (rows.empty())

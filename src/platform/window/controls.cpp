@@ -40,7 +40,7 @@ std::string TextBox::Text() const
 
 void TextBox::SetText(const std::string& text)
 {
-    setText(WithoutUnseen(ToQt(text)));
+    setText(ToQt(text));
     setCursorPosition(0);
 }
 

@@ -30,8 +30,7 @@ public:
     }
 
 protected:
-    /// Qt sometimes leaves the button, and with it Enter, disabled under a typed path. What the path names is looked at
-    /// when it is opened.
+    /// Qt sometimes leaves the button disabled under a typed path. What the path names is looked at when it is opened.
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (watched == open_ && event->type() == QEvent::EnabledChange && !name_->text().isEmpty())
