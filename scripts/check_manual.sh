@@ -1,16 +1,21 @@
 #!/usr/bin/env bash
-# Says which texts of the status list, procedures of the error log and keys of the settings the manual leaves out, and
-# which numbers of failures docs/failures.md.
+# Says which texts of the status list, procedures of the error log, keys of the settings and names of protocols and roles
+# the manual leaves out, which keys samples/Config.ini, and which numbers of failures docs/failures.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 logic=(src/app src/config src/errorlog src/source src/transport src/replay)
 
-# Texts with a blank in front, names of procedures, and the settings with their sections.
+keys() {
+    sed -n '/^namespace keys/,/^}/s/.* = "\(.*\)";/\1/p' src/config/settings.h
+}
+
+# Texts with a blank in front, names of procedures, the settings with their sections, protocols and roles.
 texts() {
     grep --recursive --no-filename --only-matching -E '" +[A-Z][^"]*"' "${logic[@]}"
     grep --recursive --no-filename --only-matching -E '"(frmConnect|frmConfig|modGlobals)\.[^"]+"' "${logic[@]}"
-    sed -n 's/^\([A-Za-z_]\+\)=.*/"\1"/p; s/^\[\(.*\)\].*/"\1"/p' samples/Config.ini
+    keys | sed 's/.*/"&"/'
+    sed -n 's/.* return \("[^"]\+"\);/\1/p' src/transport/protocol.h
 }
 
 numbers() {
@@ -21,6 +26,7 @@ numbers() {
 # A source that is gone ends the script here: a loop over the output alone would not notice.
 all_texts=$(texts | sort --unique)
 all_numbers=$(numbers)
+all_keys=$(keys)
 
 missing=0
 while IFS= read -r text; do
@@ -29,6 +35,11 @@ while IFS= read -r text; do
     echo "docs/manual.md leaves out \"$text\""
     missing=1
 done <<<"$all_texts"
+while IFS= read -r key; do
+    grep --quiet -E "^($key=|\[$key\])" samples/Config.ini && continue
+    echo "samples/Config.ini leaves out $key"
+    missing=1
+done <<<"$all_keys"
 while read -r number; do
     grep --quiet --word-regexp "$number" docs/failures.md && continue
     echo "docs/failures.md leaves out $number"

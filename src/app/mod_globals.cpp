@@ -4,10 +4,11 @@
 #include <utility>
 #include <variant>
 
+#include "config/settings.h"
+
 namespace trellivan {
 namespace {
 
-constexpr const char* kLogSection = "Error Log";
 constexpr std::int32_t kDefaultLogLines = 2000;
 
 }  // namespace
@@ -47,7 +48,7 @@ void modGlobals::GlobalsMain()  // abandon
 std::int32_t modGlobals::LogLineLimit()
 {
     IniValue lines = std::int16_t{0};
-    if (!GetINIValue(ConfigFilePath_, kLogSection, "Error_Log_Length", lines, value_kind::kInteger,
+    if (!GetINIValue(ConfigFilePath_, keys::kErrorLog, keys::kErrorLogLength, lines, value_kind::kInteger,
                      kValueLength))
         return kDefaultLogLines;
     return std::get<std::int16_t>(lines);
@@ -55,7 +56,7 @@ std::int32_t modGlobals::LogLineLimit()
 
 platform::DateTime modGlobals::LogAgeCutoff()
 {
-    const auto days = formats_.Number(ReadINIText(kLogSection, "Error_Log_Days"));
+    const auto days = formats_.Number(ReadINIText(keys::kErrorLog, keys::kErrorLogDays));
     return days ? platform::MinusDays(clock_.Now(), *days) : platform::kNoLogAgeLimit;
 }
 

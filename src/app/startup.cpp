@@ -1,4 +1,5 @@
 #include "app/frm_connect.h"
+#include "config/settings.h"
 
 namespace trellivan {
 
@@ -31,14 +32,14 @@ void frmConnect::DefaultSettings()  // continue
             pending.Step([&] { list.AddItem(NameOf(choice)); });
     };
     pending.Step([&] { tmrSendData.SetEnabled(false); });
-    TimerInterval = 25;
+    TimerInterval = built_in::kInterval;
     pending.Step([&] { tmrSendData.SetInterval(TimerInterval); });
-    pending.Step([&] { txtIPAddress.SetText("127.0.0.1"); });
-    pending.Step([&] { txtPortNumber.SetText("5015"); });
+    pending.Step([&] { txtIPAddress.SetText(built_in::kAddress); });
+    pending.Step([&] { txtPortNumber.SetText(built_in::kPort); });
     addNames(cboProtocol, kProtocols);
-    pending.Step([&] { cboProtocol.SetText(NameOf(Protocol::kTcp)); });
+    pending.Step([&] { cboProtocol.SetText(NameOf(built_in::kProtocol)); });
     addNames(cboConnect, kRoles);
-    pending.Step([&] { cboConnect.SetText(NameOf(Role::kConnect)); });
+    pending.Step([&] { cboConnect.SetText(NameOf(built_in::kRole)); });
     pending.Step([&] { chkReconnect.SetValue(platform::CheckBox::kUnticked); });
     pending.Step([&] { txtFilePath.SetText(""); });
     FilePath.clear();

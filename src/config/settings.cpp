@@ -1,3 +1,5 @@
+#include "config/settings.h"
+
 #include <limits>
 #include <string>
 #include <vector>
@@ -12,9 +14,8 @@ using platform::CheckBox;
 using platform::ToInteger;
 using platform::ToNumber;
 
-constexpr const char* kTimerSection = "Timer";
-constexpr const char* kConnectionSection = "TCP/IP Settings";
-constexpr const char* kDatabaseSection = "Database File";
+/// The key of the file's path as it is read, and as the error log names it. It is written as keys::kFilePath.
+constexpr const char* kFilePathRead = "Filepath";
 
 }  // namespace
 
@@ -27,18 +28,18 @@ void frmConnect::LoadConfigSettings()  // continue
         return;
     }
     LoadInterval(pending);
-    LoadText(pending, kConnectionSection, "IpAddress", txtIPAddress, IPAddress);
-    LoadText(pending, kConnectionSection, "PortNumber", txtPortNumber, PortNumber);
-    LoadChoice("Connect", cboConnect, ConnectMode);
-    LoadChoice("Protocol", cboProtocol, ProtocolName);
+    LoadText(pending, keys::kConnection, keys::kAddress, txtIPAddress, IPAddress);
+    LoadText(pending, keys::kConnection, keys::kPort, txtPortNumber, PortNumber);
+    LoadChoice(keys::kRole, cboConnect, ConnectMode);
+    LoadChoice(keys::kProtocol, cboProtocol, ProtocolName);
     LoadReconnect(pending);
-    LoadText(pending, kDatabaseSection, "Filepath", txtFilePath, FilePath);
+    LoadText(pending, keys::kDatabase, kFilePathRead, txtFilePath, FilePath);
     RecordIfPending(pending, "frmConnect.LoadConfigSettings");
 }
 
 void frmConnect::LoadInterval(PendingFailure& pending)
 {
-    const std::string text = globals_.ReadINIText(kTimerSection, "Interval");
+    const std::string text = globals_.ReadINIText(keys::kTimer, keys::kInterval);
     const auto interval = AcceptedInterval(text);
     if (!interval || *interval < std::numeric_limits<std::int16_t>::min()) {
         Record(pending, "Timer Interval is incorrect: " + text,
@@ -64,7 +65,7 @@ void frmConnect::LoadText(PendingFailure& pending, const std::string& section, c
 /// no record.
 void frmConnect::LoadChoice(const std::string& key, platform::DropDownList& list, std::string& variable)
 {
-    const std::string text = globals_.ReadINIText(kConnectionSection, key);
+    const std::string text = globals_.ReadINIText(keys::kConnection, key);
     if (text.empty())
         return;
     IgnoringFailure([&] { list.SetText(text); });
@@ -73,7 +74,7 @@ void frmConnect::LoadChoice(const std::string& key, platform::DropDownList& list
 
 void frmConnect::LoadReconnect(PendingFailure& pending)
 {
-    const std::string text = globals_.ReadINIText(kConnectionSection, "Reconnect");
+    const std::string text = globals_.ReadINIText(keys::kConnection, keys::kReconnect);
     if (text.empty())
         return;
     ReconnectOn = platform::UpperCase(text) == "YES";
@@ -93,24 +94,24 @@ void frmConnect::SaveConfigSettings()  // continue
         pending.Step([&] { entries.push_back({section, key, textOf()}); });
     };
     const auto addAndTake = [&](const char* key, const auto& control, std::string& variable) {
-        add(kConnectionSection, key, [&] { return control.Text(); });
+        add(keys::kConnection, key, [&] { return control.Text(); });
         pending.Step([&] { variable = control.Text(); });
     };
-    add(kTimerSection, "Interval", [&] { return txtTimerInterval.Text(); });
+    add(keys::kTimer, keys::kInterval, [&] { return txtTimerInterval.Text(); });
     // The timer is not told: Play and Pause do that, and hold the number against the longest interval first.
     pending.Step([&] {
         constexpr const char* kWhat = "Timer Speed";
         TimerInterval = ToInteger<std::int16_t>(ToNumber(txtTimerInterval.Text(), formats_, kWhat), kWhat);
     });
-    addAndTake("IpAddress", txtIPAddress, IPAddress);
-    addAndTake("PortNumber", txtPortNumber, PortNumber);
-    addAndTake("Protocol", cboProtocol, ProtocolName);
-    addAndTake("Connect", cboConnect, ConnectMode);
+    addAndTake(keys::kAddress, txtIPAddress, IPAddress);
+    addAndTake(keys::kPort, txtPortNumber, PortNumber);
+    addAndTake(keys::kProtocol, cboProtocol, ProtocolName);
+    addAndTake(keys::kRole, cboConnect, ConnectMode);
     // A failing test counts as passed, here as everywhere: then Reconnect is on.
     const bool reconnect = pending.Test([&] { return chkReconnect.Value() == CheckBox::kTicked; });
-    add(kConnectionSection, "Reconnect", [&] { return reconnect ? "YES" : "NO"; });
+    add(keys::kConnection, keys::kReconnect, [&] { return reconnect ? "YES" : "NO"; });
     ReconnectOn = reconnect;
-    add(kDatabaseSection, "FilePath", [&] { return FilePath; });
+    add(keys::kDatabase, keys::kFilePath, [&] { return FilePath; });
     pending.Step([&] { globals_.WriteINIValues(entries); });
     pending.Step([&] { ShowStatus("  Settings saved"); });
     RecordIfPending(pending, "frmConnect.SaveConfigSettings");

@@ -9,11 +9,11 @@
 namespace player {
 namespace {
 
-constexpr double kLongestInterval = 32000;  // milliseconds
 constexpr double kHighestPort = 65535;
 
 /// A value of the settings, or what the window shows without one.
-std::string ValueOr(const TillSettings& settings, const char* section, const char* key, const char* builtIn)
+std::string ValueOr(const TillSettings& settings, const char* section, const char* key,
+                    const std::string& builtIn)
 {
     const std::string value = settings.Value(section, key);
     return value.empty() ? builtIn : value;
@@ -36,7 +36,7 @@ Protocol CheckedProtocol(const std::string& text)
 {
     if (const auto protocol = trellivan::ProtocolNamed(text))
         return *protocol;
-    throw UsageError("The protocol \"" + text + "\" is none of TCP, UDP and MCAST");
+    throw UsageError("The protocol \"" + text + "\" is none of " + trellivan::ProtocolNames(", "));
 }
 
 Role CheckedRole(const std::string& text)
@@ -65,18 +65,18 @@ void CheckGroup(const std::string& address)
 
 CheckedSettings Check(const TillSettings& settings, const platform::RegionalFormats& formats)
 {
-    const auto connection = [&](const char* key, const char* builtIn) {
+    const auto connection = [&](const char* key, const std::string& builtIn) {
         return ValueOr(settings, keys::kConnection, key, builtIn);
     };
     CheckedSettings checked;
     checked.interval = std::chrono::milliseconds(
-        WholeNumber(ValueOr(settings, keys::kTimer, keys::kInterval, built_in::kInterval), kLongestInterval,
-                    "interval", formats));
+        WholeNumber(ValueOr(settings, keys::kTimer, keys::kInterval, std::to_string(built_in::kInterval)),
+                    trellivan::kLongestInterval, "interval", formats));
     checked.address = connection(keys::kAddress, built_in::kAddress);
     checked.port = WholeNumber(connection(keys::kPort, built_in::kPort), kHighestPort, "port", formats);
-    checked.protocol = CheckedProtocol(connection(keys::kProtocol, built_in::kProtocol));
-    checked.role = CheckedRole(connection(keys::kRole, built_in::kRole));
-    checked.reconnect = YesOrNo(connection(keys::kReconnect, built_in::kReconnect));
+    checked.protocol = CheckedProtocol(connection(keys::kProtocol, NameOf(built_in::kProtocol)));
+    checked.role = CheckedRole(connection(keys::kRole, NameOf(built_in::kRole)));
+    checked.reconnect = YesOrNo(connection(keys::kReconnect, "NO"));
     if (checked.protocol == Protocol::kMulticast)
         CheckGroup(checked.address);
     if (settings.Value(keys::kDatabase, keys::kFilePath).empty())
@@ -84,11 +84,15 @@ CheckedSettings Check(const TillSettings& settings, const platform::RegionalForm
     return checked;
 }
 
+bool Listens(const CheckedSettings& settings)
+{
+    return settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
+}
+
 std::string Target(const CheckedSettings& settings)
 {
     const std::string port = "port " + std::to_string(settings.port) + " over " + NameOf(settings.protocol);
-    const bool anyPeer = settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
-    return anyPeer ? port : settings.address + " " + port;
+    return Listens(settings) ? port : settings.address + " " + port;
 }
 
 }  // namespace player

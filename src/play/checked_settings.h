@@ -10,16 +10,6 @@
 
 namespace player {
 
-/// What the window shows where the settings say nothing.
-namespace built_in {
-inline constexpr const char* kInterval = "25";
-inline constexpr const char* kAddress = "127.0.0.1";
-inline constexpr const char* kPort = "5015";
-inline constexpr const char* kProtocol = "TCP";
-inline constexpr const char* kRole = "Connect";
-inline constexpr const char* kReconnect = "NO";
-}  // namespace built_in
-
 using trellivan::Protocol;
 using trellivan::Role;
 
@@ -36,6 +26,9 @@ struct CheckedSettings {
 /// Reads a till's settings as the window does, its built-in values where they say nothing, and refuses what the window
 /// would pass over in silence or could never play. Failure: UsageError, which names the value.
 [[nodiscard]] CheckedSettings Check(const TillSettings& settings, const platform::RegionalFormats& formats);
+
+/// True where the receiver is to call. Over MCAST nobody calls, whatever the role.
+[[nodiscard]] bool Listens(const CheckedSettings& settings);
 
 /// Where the records go, for people: "127.0.0.1 port 5015 over TCP".
 [[nodiscard]] std::string Target(const CheckedSettings& settings);

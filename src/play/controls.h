@@ -43,7 +43,7 @@ private:
     int value_ = kUnticked;
 };
 
-/// Passes its lines on and keeps none, so that a feed of any length takes no memory. It has every line that is selected.
+/// Passes its lines on and keeps none, so that a feed of any length takes no memory. Any line can be selected.
 class ListBox final : public platform::ListBox {
 public:
     void AddItem(const std::string& line) override

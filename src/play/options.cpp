@@ -68,7 +68,7 @@ private:
     void AddRhythm();
     void AddShop();
     void AddOutput();
-    void AddOverride(const char* option, const char* section, const char* key, const char* value,
+    void AddOverride(const char* option, const char* section, const char* key, const std::string& value,
                      const char* help);
     [[nodiscard]] Options Checked();
 
@@ -93,8 +93,8 @@ CommandLine::CommandLine()
     AddOutput();
 }
 
-void CommandLine::AddOverride(const char* option, const char* section, const char* key, const char* value,
-                              const char* help)
+void CommandLine::AddOverride(const char* option, const char* section, const char* key,
+                              const std::string& value, const char* help)
 {
     const auto put = [this, section, key](const std::string& text) {
         options_.overrides.push_back({section, key, text});
@@ -110,7 +110,8 @@ void CommandLine::AddSettings()
         ->group("Settings");
     AddOverride("--address", keys::kConnection, keys::kAddress, "HOST", "the receiver, or a multicast group");
     AddOverride("--port", keys::kConnection, keys::kPort, "N", "its port, or the one to listen on");
-    AddOverride("--protocol", keys::kConnection, keys::kProtocol, "TCP|UDP|MCAST", "how to send");
+    AddOverride("--protocol", keys::kConnection, keys::kProtocol, trellivan::ProtocolNames("|"),
+                "how to send");
     AddOverride("--role", keys::kConnection, keys::kRole, "Connect|Listen",
                 "call the receiver, or wait for it to call");
     AddOverride("--interval", keys::kTimer, keys::kInterval, "MS", "from one record to the next");

@@ -95,7 +95,7 @@ std::vector<TillPlan> PlansOf(const Options& options, const Sources& sources, Ti
                 continue;
             // The window has an interval before any settings; the logic misses it in a file that says none.
             if (plan.settings.Value(keys::kTimer, keys::kInterval).empty())
-                plan.settings.Put({keys::kTimer, keys::kInterval, built_in::kInterval});
+                plan.settings.Put({keys::kTimer, keys::kInterval, std::to_string(built_in::kInterval)});
             if (options.tills > 1)
                 plan.name += "#" + std::to_string(number + 1);
             if (tills > 1)

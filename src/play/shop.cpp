@@ -24,11 +24,6 @@ std::int64_t SocketsOf(const CheckedSettings& settings)
     return isMulticast || (isTcp && (settings.role == Role::kListen || settings.reconnect)) ? 2 : 1;
 }
 
-bool Listens(const CheckedSettings& settings)
-{
-    return settings.role == Role::kListen && settings.protocol != Protocol::kMulticast;
-}
-
 int StatusOf(Outcome outcome)
 {
     return outcome == Outcome::kComplete ? exit_status::kComplete : exit_status::kIncomplete;

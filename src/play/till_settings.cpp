@@ -3,14 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "config/ini_value.h"
 #include "platform/conversions.h"
 
 namespace player {
-namespace {
-
-constexpr std::size_t kValueLength = 256;  // the most that the program reads of a value, and one
-
-}  // namespace
 
 SettingsFile::SettingsFile(const platform::ProfileFile& profile, std::string path)
     : profile_(profile), path_(std::move(path))
@@ -31,7 +27,7 @@ TillSettings::TillSettings(std::shared_ptr<SettingsFile> file, std::vector<Overr
 
 std::string TillSettings::Value(const char* section, const char* key) const
 {
-    return GetPrivateProfileStringA(section, key, kValueLength, Path());
+    return GetPrivateProfileStringA(section, key, trellivan::kValueLength, Path());
 }
 
 std::string TillSettings::GetPrivateProfileStringA(const std::string& section, const std::string& key,

@@ -5,23 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "config/settings.h"
 #include "platform/file_system.h"
 
 namespace player {
 
-/// The keys of the settings that the player gives or looks at.
-namespace keys {
-inline constexpr const char* kTimer = "Timer";
-inline constexpr const char* kConnection = "TCP/IP Settings";
-inline constexpr const char* kDatabase = "Database File";
-inline constexpr const char* kInterval = "Interval";
-inline constexpr const char* kAddress = "IpAddress";
-inline constexpr const char* kPort = "PortNumber";
-inline constexpr const char* kRole = "Connect";
-inline constexpr const char* kProtocol = "Protocol";
-inline constexpr const char* kReconnect = "Reconnect";
-inline constexpr const char* kFilePath = "FilePath";
-}  // namespace keys
+namespace keys = trellivan::keys;
+namespace built_in = trellivan::built_in;
 
 /// A value that stands over what a settings file says.
 using Override = platform::ProfileEntry;

@@ -1,12 +1,8 @@
 #include "app/frm_connect.h"
+#include "config/settings.h"
 #include "platform/conversions.h"
 
 namespace trellivan {
-namespace {
-
-constexpr double kLongestInterval = 32000;  // milliseconds
-
-}  // namespace
 
 void frmConnect::cmdPlay_Click()  // abandon
 {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/conversions.h"
@@ -43,6 +44,15 @@ inline constexpr std::array kRoles = {Role::kListen, Role::kConnect};
     return "";
 }
 
+/// The names of all protocols, with this between them.
+[[nodiscard]] inline std::string ProtocolNames(std::string_view between)
+{
+    std::string names;
+    for (const Protocol protocol : kProtocols)
+        names.append(names.empty() ? "" : between).append(NameOf(protocol));
+    return names;
+}
+
 /// The protocol or role of this name, in any letter case; nothing for any other text.
 [[nodiscard]] inline std::optional<Protocol> ProtocolNamed(std::string_view name)
 {
@@ -62,8 +72,8 @@ inline constexpr std::array kRoles = {Role::kListen, Role::kConnect};
     return std::nullopt;
 }
 
-/// The protocol that a text of the settings means. Every name but "TCP" and "MCAST" means UDP, also one that somebody
-/// typed into the settings file.
+/// The protocol that a text of the settings means: UDP where it is no protocol's name, as somebody may have typed into the
+/// settings file.
 [[nodiscard]] inline Protocol ProtocolOf(std::string_view name)
 {
     return ProtocolNamed(name).value_or(Protocol::kUdp);

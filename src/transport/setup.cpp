@@ -5,6 +5,23 @@ namespace trellivan {
 
 using platform::WinsockControl;
 
+namespace {
+
+/// A multicast replay has its socket, too: by its state Play sees that the replay is connected.
+WinsockControl::Protocol SocketProtocolFor(Protocol protocol)
+{
+    switch (protocol) {
+        case Protocol::kTcp:
+            return WinsockControl::Protocol::kTcp;
+        case Protocol::kUdp:
+        case Protocol::kMulticast:
+            return WinsockControl::Protocol::kUdp;
+    }
+    return WinsockControl::Protocol::kUdp;
+}
+
+}  // namespace
+
 /// In the role Listen it opens the port as well, so that a receiver can connect from the program's start on. Play closes
 /// that port and opens it again: see ConnectOrListen.
 void frmConnect::SetWinsockSettings()  // abandon
@@ -14,7 +31,7 @@ void frmConnect::SetWinsockSettings()  // abandon
         if (WinsockConnect.State() != WinsockControl::kClosed)
             WinsockConnect.Close();
         ReadConnectionSettings();
-        WinsockConnect.SetProtocol(IsTcp() ? WinsockControl::Protocol::kTcp : WinsockControl::Protocol::kUdp);
+        WinsockConnect.SetProtocol(SocketProtocolFor(ProtocolOf(ProtocolName)));
         if (IsClientRole())
             SetWinsockTarget();
         else
