@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "platform/posix/system_calls.h"
+#include "platform/window/painting_thread.h"
 #include "window/trellivan.h"
 
 namespace {
@@ -24,6 +25,7 @@ int main(int argumentCount, char** arguments)
     argumentCount = std::min(argumentCount, 1);
     const QApplication application(argumentCount, arguments);
     try {
+        platform::window::StartPaintingThread();
         Trellivan trellivan(ExecutableDirectory(), QLocale::system());
         trellivan.Start();
         return QApplication::exec();
