@@ -27,7 +27,7 @@ protected:
 
 TEST_F(FaultsTest, ASendThatFailsInPassingIsMadeAgain)
 {
-    for (const int error : {ENOMEM, ENOBUFS, EINTR}) {
+    for (const int error : {ENOMEM, ENOBUFS, EINTR, EAGAIN}) {
         Peer peer = ConnectedPeer();
         // Alone the second record always fails, but it leaves in one piece with the third.
         WithFailingCall({.number = SYS_sendto, .error = error, .length = 6}, [&] {

@@ -33,8 +33,11 @@ std::error_code SendQueue::SendTo(const FileDescriptor& socket)
     for (int i = 0; i < kBlocksAPass && !blocks_.empty(); ++i) {
         const std::string_view rest = std::string_view(blocks_.front()).substr(sentOfFront_);
         const ssize_t sent = ::send(socket.Number(), rest.data(), rest.size(), MSG_NOSIGNAL);
+        const bool isFull = sent < 0 && errno == EAGAIN && i > 0;
+        if (isFull)
+            break;
         if (sent < 0)
-            return errno == EAGAIN ? std::error_code() : LastError();
+            return LastError();
         DropFront(static_cast<std::size_t>(sent));
     }
     return {};

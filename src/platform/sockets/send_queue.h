@@ -30,8 +30,8 @@ public:
 
     void Append(std::string_view bytes);
 
-    /// Sends what the network takes at the moment, a bounded amount. The error of a call that failed, though
-    /// not where the network takes no more.
+    /// Sends what the network takes at the moment, a bounded amount. The error of a call that failed; that the network
+    /// takes no more is one only where it has taken nothing.
     [[nodiscard]] std::error_code SendTo(const FileDescriptor& socket);
 
 private:
