@@ -105,8 +105,9 @@ TYPED_TEST(SocketContract, AWrongTargetIsRefusedAndLeavesTheControlClosed)
                  {"127.0.0.1", "-1", failure::kInvalidPropertyValue},
                  {"127.0.0.1", "99999999999", failure::kOverflow},
                  {"127.0.0.1", "harbour", failure::kTypeMismatch}};
-    for (const auto& [host, port, number] : cases) {
-        EXPECT_EQ(FailureOf([&] { control.Connect(host, port); }), number) << host << " " << port;
+    for (const auto& wrong : cases) {
+        EXPECT_EQ(FailureOf([&] { control.Connect(wrong.host, wrong.port); }), wrong.number)
+            << wrong.host << " " << wrong.port;
         EXPECT_EQ(control.State(), SocketState::kClosed);
     }
     for (const std::int32_t port : {-1, 65536}) {
