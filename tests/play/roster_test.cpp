@@ -83,14 +83,14 @@ TEST_F(Roster, IsTheSameShopInHoweverManyParts)
 TEST_F(Roster, TakesSettingsFromFilesOrBuiltInOrBesideTheProgram)
 {
     options.settings = {"/shop/Nothing.ini"};
-    EXPECT_THROW(Plans(), UsageError);
+    EXPECT_THROW(static_cast<void>(Plans()), UsageError);
     options.settings.clear();
     EXPECT_EQ(Plans().front().settings.Path(), "/shop/Config.ini");
     options.namesDatabase = true;
     EXPECT_EQ(Plans().front().name, "built-in");
     options.namesDatabase = false;
     isReadable = false;
-    EXPECT_THROW(Plans(), UsageError);
+    EXPECT_THROW(static_cast<void>(Plans()), UsageError);
 }
 
 }  // namespace
