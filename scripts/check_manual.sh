@@ -2,6 +2,7 @@
 # Says which texts of the status list, procedures of the error log, keys of the settings and names of protocols and roles
 # the manual leaves out, which keys samples/Config.ini, and which numbers of failures docs/failures.md.
 set -euo pipefail
+shopt -s inherit_errexit
 cd "$(dirname "$0")/.."
 
 logic=(src/app src/config src/errorlog src/source src/transport src/replay)
@@ -14,7 +15,7 @@ keys() {
 texts() {
     grep --recursive --no-filename --only-matching -E '" +[A-Z][^"]*"' "${logic[@]}"
     grep --recursive --no-filename --only-matching -E '"(frmConnect|frmConfig|modGlobals)\.[^"]+"' "${logic[@]}"
-    keys | sed 's/.*/"&"/'
+    keys | sed 's/.*/"`&`"/'
     sed -n 's/.* return \("[^"]\+"\);/\1/p' src/transport/protocol.h
 }
 

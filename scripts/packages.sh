@@ -4,8 +4,8 @@
 build_packages=(cmake g++ libcli11-dev ninja-build nlohmann-json3-dev qt6-base-dev)
 run_packages=(socat)
 headless_packages=(imagemagick xdotool xvfb)
-test_packages=(bash-completion clang-format-14 clang-tidy-14 fonts-dejavu-core help2man iproute2 libgtest-dev locales
-    mdbtools util-linux)
+test_packages=(bash-completion clang-format-14 clang-tidy-14 fonts-dejavu-core git help2man iproute2 libgtest-dev
+    locales mdbtools util-linux)
 bench_packages=(iproute2 libbenchmark-dev mdbtools util-linux)
 package_packages=(git help2man)
 coverage_packages=(clang-14 llvm-14)

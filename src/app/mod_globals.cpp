@@ -7,11 +7,6 @@
 #include "config/settings.h"
 
 namespace trellivan {
-namespace {
-
-constexpr std::int32_t kDefaultLogLines = 2000;
-
-}  // namespace
 
 modGlobals::modGlobals(ProgramPaths paths, platform::ErrorLog& errorLog, platform::FileSystem& files,
                        platform::ProfileFile& profile, const platform::Clock& clock,
@@ -50,7 +45,7 @@ std::int32_t modGlobals::LogLineLimit()
     IniValue lines = std::int16_t{0};
     if (!GetINIValue(ConfigFilePath_, keys::kErrorLog, keys::kErrorLogLength, lines, value_kind::kInteger,
                      kValueLength))
-        return kDefaultLogLines;
+        return built_in::kLogLines;
     return std::get<std::int16_t>(lines);
 }
 

@@ -3,6 +3,8 @@
 
 namespace trellivan {
 
+using platform::CheckBox;
+
 void frmConnect::Form_Load()  // continue
 {
     PendingFailure pending;
@@ -40,7 +42,8 @@ void frmConnect::DefaultSettings()  // continue
     pending.Step([&] { cboProtocol.SetText(NameOf(built_in::kProtocol)); });
     addNames(cboConnect, kRoles);
     pending.Step([&] { cboConnect.SetText(NameOf(built_in::kRole)); });
-    pending.Step([&] { chkReconnect.SetValue(platform::CheckBox::kUnticked); });
+    pending.Step(
+        [&] { chkReconnect.SetValue(built_in::kReconnect ? CheckBox::kTicked : CheckBox::kUnticked); });
     pending.Step([&] { txtFilePath.SetText(""); });
     FilePath.clear();
     pending.Step([&] { lstStatus.Clear(); });

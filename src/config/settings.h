@@ -26,13 +26,15 @@ inline constexpr const char* kErrorLogLength = "Error_Log_Length";
 inline constexpr const char* kErrorLogDays = "Error_Log_Days";
 }  // namespace keys
 
-/// What the window shows where the settings say nothing.
+/// What counts where the settings say nothing.
 namespace built_in {
 inline constexpr std::int16_t kInterval = 25;  // milliseconds
 inline constexpr const char* kAddress = "127.0.0.1";
 inline constexpr const char* kPort = "5015";
 inline constexpr Protocol kProtocol = Protocol::kTcp;
 inline constexpr Role kRole = Role::kConnect;
+inline constexpr bool kReconnect = false;
+inline constexpr std::int32_t kLogLines = 2000;
 }  // namespace built_in
 
 /// The longest interval that is taken, in milliseconds.

@@ -76,7 +76,7 @@ CheckedSettings Check(const TillSettings& settings, const platform::RegionalForm
     checked.port = WholeNumber(connection(keys::kPort, built_in::kPort), kHighestPort, "port", formats);
     checked.protocol = CheckedProtocol(connection(keys::kProtocol, NameOf(built_in::kProtocol)));
     checked.role = CheckedRole(connection(keys::kRole, NameOf(built_in::kRole)));
-    checked.reconnect = YesOrNo(connection(keys::kReconnect, "NO"));
+    checked.reconnect = YesOrNo(connection(keys::kReconnect, built_in::kReconnect ? "YES" : "NO"));
     if (checked.protocol == Protocol::kMulticast)
         CheckGroup(checked.address);
     if (settings.Value(keys::kDatabase, keys::kFilePath).empty())

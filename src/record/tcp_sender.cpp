@@ -85,7 +85,7 @@ void TcpSender::SendAnswer(std::string_view bytes)
     try {
         stream_.Send(bytes);
     } catch (const platform::Failure&) {
-        // The connection is lost. Reading finds that out as well and tells it.
+        // The connection is lost, which reading finds out as well and tells, or there is no memory for the answer.
     }
     if (answersWaiting_ > kMostAnswersWaiting)
         tap_->SetAnswersWanted(false);

@@ -90,6 +90,7 @@ TEST_F(OpenFileDialogTest, LeavesNothingInTheHomeFolder)
     };
     // What other tests may have left.
     QDir home(QDir::homePath());
+    ASSERT_TRUE(home.path().startsWith(QDir::tempPath())) << "not that of who runs the tests";
     ASSERT_TRUE(home.removeRecursively() && home.mkpath("."));
     Show([&](QFileDialog& shown) { Type(shown, folder.filePath("day.mdb")); });
     EXPECT_EQ(filesInHome().join(' ').toStdString(), "");

@@ -220,12 +220,15 @@ bool EpollLoop::Register(int descriptor)
     if (change == EPOLL_CTL_ADD)
         ++watched.generation;
     epoll_event event{.events = wanted, .data = {.u64 = KeyOf(descriptor, watched.generation)}};
-    const bool done = epoll_ctl(epoll_.Number(), change, descriptor, &event) == 0;
-    if (done)
+    if (epoll_ctl(epoll_.Number(), change, descriptor, &event) == 0) {
         watched.registered = wanted;
-    else if (errno == ENOENT || errno == EBADF)
+        return true;
+    }
+    // The number may stand for another file than the one that epoll knew.
+    const bool isUnknown = errno == ENOENT || errno == EBADF;
+    if (isUnknown)
         watched.registered = 0;
-    return done;
+    return isUnknown && (wanted == 0 || (change == EPOLL_CTL_MOD && Register(descriptor)));
 }
 
 std::uint32_t EpollLoop::Watched::Wanted() const
@@ -282,7 +285,7 @@ void EpollLoop::React(std::uint64_t key, std::uint32_t events)
     };
     // Where a change was refused, the descriptor may be ready for what nobody wants any more, and stay so.
     if (const Watched& watched = WatchedOf(descriptor); watched.registered != watched.Wanted())
-        wasRefused_ = !Register(descriptor);
+        RestUnless(Register(descriptor));
     reactIf(&Watched::readable, EPOLLIN);
     reactIf(&Watched::writable, EPOLLOUT);
 }
@@ -301,10 +304,11 @@ bool EpollLoop::SetTimer(std::optional<Alarm::Time> moment)
     if (moment == timerSetTo_)
         return true;
     const itimerspec once = Once(moment);
-    wasRefused_ = timerfd_settime(timer_.Number(), TFD_TIMER_ABSTIME, &once, nullptr) != 0;
-    if (!wasRefused_)
+    const bool isSet = timerfd_settime(timer_.Number(), TFD_TIMER_ABSTIME, &once, nullptr) == 0;
+    RestUnless(isSet);
+    if (isSet)
         timerSetTo_ = moment;
-    return !wasRefused_;
+    return isSet;
 }
 
 void EpollLoop::SetWake(bool on)
@@ -312,11 +316,18 @@ void EpollLoop::SetWake(bool on)
     if (on == wakeIsOn_)
         return;
     eventfd_t value = 1;
-    if (on)
-        eventfd_write(wake_.Number(), value);
-    else
-        eventfd_read(wake_.Number(), &value);
-    wakeIsOn_ = on;
+    const bool isDone =
+        (on ? eventfd_write(wake_.Number(), value) : eventfd_read(wake_.Number(), &value)) == 0;
+    RestUnless(isDone);
+    if (isDone)
+        wakeIsOn_ = on;
+}
+
+/// A call that the system refuses is not made again without a rest.
+void EpollLoop::RestUnless(bool wasDone)
+{
+    if (!wasDone)
+        wasRefused_ = true;
 }
 
 }  // namespace platform::posix

@@ -54,6 +54,7 @@ private:
     void AnnounceNextPass();
     [[nodiscard]] bool SetTimer(std::optional<Alarm::Time> moment);
     void SetWake(bool on);
+    void RestUnless(bool wasDone);
 
     FileDescriptor epoll_;
     FileDescriptor timer_;
@@ -63,7 +64,7 @@ private:
     std::deque<MomentAlarm*> due_;  // come, but not run yet
     std::deque<std::function<void()>> posted_;
     std::optional<Alarm::Time> timerSetTo_;
-    bool wasRefused_ = false;  // a call without which the loop would spin or sleep too long
+    bool wasRefused_ = false;  // a call, since the last pass, without which the loop would spin
     bool wakeIsOn_ = false;
     bool isWatchedItself_ = false;  // another event loop relies on Descriptor()
 };

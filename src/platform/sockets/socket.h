@@ -29,7 +29,7 @@ namespace platform::sockets {
 /// the system refuses.
 [[nodiscard]] FileDescriptor OpenSocket(int family, int type);
 
-/// Whether a port may be that of other sockets which share it, too. Over TCP these are connections that have ended.
+/// Whether other sockets may hold the port, too. Over TCP only connections that have ended may.
 enum class Sharing { kNo, kYes };
 
 /// A socket bound to an address of this machine, or to a group; none, with the reason in LastError, where the system

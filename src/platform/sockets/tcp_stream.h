@@ -72,7 +72,8 @@ public:
 
     /// Called when all that waited was handed over in the background; it may destroy the stream.
     std::function<void()> onIdle;
-    /// Called when sending breaks the connection, also inside Send.
+    /// Called when sending breaks the connection: in the background, where it may destroy the stream, or inside Send, where
+    /// it must not.
     std::function<void()> onBroken;
 
 private:
