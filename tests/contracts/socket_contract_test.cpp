@@ -52,11 +52,7 @@ TYPED_TEST(SocketContract, EachOpeningHasItsState)
     auto& control = this->winsock;
     EXPECT_EQ(control.State(), SocketState::kClosed);
     this->SetTarget("127.0.0.1", 5015);
-    const struct {
-        Protocol protocol;
-        std::function<void()> open;
-        SocketState state;
-    } cases[] = {
+    const std::tuple<Protocol, std::function<void()>, SocketState> cases[] = {
         {Protocol::kTcp, [&] { control.Connect(); }, SocketState::kConnecting},
         {Protocol::kTcp, [&] { control.Connect("127.0.0.1", "5016"); }, SocketState::kConnecting},
         {Protocol::kTcp, [&] { control.Listen(); }, SocketState::kListening},

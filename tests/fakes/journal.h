@@ -15,16 +15,31 @@ namespace platform::fakes {
 class Journal {
 public:
     /// Notes a call; throws the failure that was set for it.
-    void Call(const std::string& call);
+    void Call(const std::string& call)
+    {
+        const std::size_t index = calls_.size();
+        calls_.push_back(call);
+        if (failingIndex_ == index)
+            throw DefaultFailure();
+        if (const auto found = failing_.find(call.substr(0, call.find(' '))); found != failing_.end())
+            throw found->second;
+    }
 
     /// Lets every call of this name fail: the entry's text up to its first blank.
-    void FailOn(const std::string& name, Failure failure = DefaultFailure());
+    void FailOn(const std::string& name, const Failure& failure = DefaultFailure())
+    {
+        failing_.insert_or_assign(name, failure);
+    }
 
     /// Lets the call that will be noted at this index fail.
     void FailAt(std::size_t index) { failingIndex_ = index; }
 
     /// Lets no call fail from now on.
-    void FailNothing();
+    void FailNothing()
+    {
+        failing_.clear();
+        failingIndex_.reset();
+    }
 
     /// Lets no object refuse a call from now on: what an earlier call left undone does not show in a later one.
     void RefuseNothing() { refuses_ = false; }
@@ -35,7 +50,7 @@ public:
     void Clear() { calls_.clear(); }
 
     /// Number 5, "told to fail".
-    [[nodiscard]] static Failure DefaultFailure();
+    [[nodiscard]] static Failure DefaultFailure() { return {failure::kInvalidCall, "told to fail"}; }
 
 private:
     std::vector<std::string> calls_;

@@ -10,12 +10,11 @@
 /// what else ran and what was recorded is compared with the undisturbed run.
 namespace {
 
-/// Calls are named in full ("txtDBTime.SetText 15:07:09") or up to their first blank.
-struct Procedure {
-    const char* name;
-    std::function<void(Program&)> prepare;
-    std::function<void(Program&)> run;
+using Step = std::function<void(Program&)>;
 
+/// Where a procedure is not as the others. Calls are named in full ("txtDBTime.SetText 15:07:09") or up to their
+/// first blank.
+struct Exceptions {
     /// Calls that are not tried: tests, whose failure takes another branch, and what other calls depend on.
     Texts untried = {};
 
@@ -30,6 +29,13 @@ struct Procedure {
 
     /// What an abandoned procedure still calls.
     Texts recovery = {};
+};
+
+struct Procedure {
+    const char* name;
+    Step prepare;
+    Step run;
+    Exceptions but = {};
 };
 
 std::string NameOf(const std::string& call)
@@ -56,7 +62,7 @@ Texts AllOf(Texts calls, const Texts& others)
 
 std::string RecordedAs(const Procedure& procedure, const std::string& call)
 {
-    for (const auto& [inner, calls] : procedure.recordedAs)
+    for (const auto& [inner, calls] : procedure.but.recordedAs)
         if (Has(calls, call))
             return inner;
     return call.starts_with("lstStatus.") ? "frmConnect.StatusLine" : procedure.name;
@@ -94,120 +100,111 @@ void ExpectLaw(const Procedure& procedure, bool abandons)
     Program undisturbed;
     const Texts calls = Run(procedure, undisturbed);
     const Texts names = NamesOf(calls);
-    EXPECT_EQ(undisturbed.TakeRecords(), procedure.recordedAnyway) << procedure.name;
+    EXPECT_EQ(undisturbed.TakeRecords(), procedure.but.recordedAnyway) << procedure.name;
     for (std::size_t failing = 0; failing < calls.size(); ++failing) {
         const std::string& call = calls[failing];
-        if (Has(procedure.untried, call))
+        if (Has(procedure.but.untried, call))
             continue;
         SCOPED_TRACE(procedure.name + (": " + call + " fails"));
         Program program;
         const Texts ran = NamesOf(Run(procedure, program, failing));
         const std::string recordedAs = RecordedAs(procedure, call);
-        const auto fallen = procedure.sameStep.find(call);
+        const auto fallen = procedure.but.sameStep.find(call);
         const bool ends = abandons && recordedAs == procedure.name;
-        EXPECT_EQ(ran, ends ? UpTo(names, failing, procedure.recovery)
+        EXPECT_EQ(ran, ends ? UpTo(names, failing, procedure.but.recovery)
                             : Without(names, failing,
-                                      fallen == procedure.sameStep.end() ? Texts() : fallen->second));
-        Texts records = procedure.recordedAnyway;
+                                      fallen == procedure.but.sameStep.end() ? Texts() : fallen->second));
+        Texts records = procedure.but.recordedAnyway;
         records.push_back("5|told to fail|" + recordedAs);
         EXPECT_EQ(program.TakeRecords(), records);
     }
 }
 
-const auto kStartConnected = [](Program& program) { program.StartConnected(); };
-const auto kStartListening = [](Program& program) { program.StartPlaying({{"Connect", "Listen"}}); };
-
-/// The next tick finds the socket closed, and connected after its pauses.
-void PlayUnconnected(Program& program, const char* role)
+Step Playing(const Settings& settings)
 {
-    program.StartPlaying({{"Reconnect", "YES"}, {"Connect", role}});
-    program.WinsockConnect.state = platform::WinsockControl::kClosed;
-    program.events.onPass = [&] { program.WinsockConnect.state = platform::WinsockControl::kConnected; };
+    return [settings](Program& program) { program.StartPlaying(settings); };
 }
 
-/// Settings of every kind, and no database file, so that opening it fails quietly.
-void HaveAllSettings(Program& program)
+void PlayConnected(Program& program)
 {
-    program.Set({{"Interval", "40"},
-                 {"IpAddress", "239.1.2.3"},
-                 {"PortNumber", "6000"},
-                 {"Protocol", "MCAST"},
-                 {"Reconnect", "YES"},
-                 {"Filepath", "/data/none.mdb"}});
+    program.StartConnected();
+}
+
+/// The next tick finds the socket closed, and connected after its pauses.
+Step Unconnected(const char* role)
+{
+    return [role](Program& program) {
+        program.StartPlaying({{"Reconnect", "YES"}, {"Connect", role}});
+        program.WinsockConnect.state = platform::WinsockControl::kClosed;
+        program.events.onPass = [&] { program.WinsockConnect.state = platform::WinsockControl::kConnected; };
+    };
+}
+
+Step Click(platform::fakes::CommandButton Program::*button)
+{
+    return [button](Program& program) { (program.*button).OnClick(); };
 }
 
 TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
 {
     const Texts whatIsSaved = {"files.FileExists",   "txtTimerInterval.Text", "txtIPAddress.Text",
                                "txtPortNumber.Text", "cboProtocol.Text",      "cboConnect.Text"};
-    const auto tick = [](const std::function<void(Program&)>& prepare) {
-        return Procedure{.name = "frmConnect.tmrSendData",
-                         .prepare = prepare,
-                         .run = [](Program& program) { program.Tick(); },
-                         .untried = {"WinsockConnect.State", "TransactionSet.RecordCount",
-                                     "TransactionSet.AtEOF", "chkTransferTime.Value",
-                                     "TransactionSet.Field rawtransaction", "events.ProcessPending"},
-                         .sameStep = {{"TransactionSet.Field timestamp", {"txtDBTime.SetText"}}}};
-    };
+    const Settings group = {{"Reconnect", "YES"}, {"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}};
+    // Settings of every kind, and no database file, so that opening it fails quietly.
+    const Settings every = {{"Interval", "40"},     {"IpAddress", "239.1.2.3"},
+                            {"PortNumber", "6000"}, {"Protocol", "MCAST"},
+                            {"Reconnect", "YES"},   {"Filepath", "/data/none.mdb"}};
+    const Step load = [&](Program& program) { program.Load(every); };
+    const Step tick = [](Program& program) { program.Tick(); };
+    const Step request = [](Program& program) { program.WinsockConnect.Request(1); };
+    const Step groupError = [](Program& program) { program.MCSockConnect.OnError(1, ""); };
+    const Step socketError = [](Program& program) { program.WinsockConnect.OnError(7, "peer"); };
+    const Texts itsRecord = {"7|peer|frmConnect.WinsockConnect.Error"};
+    const Exceptions ofTick = {
+        .untried = {"WinsockConnect.State", "TransactionSet.RecordCount", "TransactionSet.AtEOF",
+                    "chkTransferTime.Value", "TransactionSet.Field rawtransaction", "events.ProcessPending"},
+        .sameStep = {{"TransactionSet.Field timestamp", {"txtDBTime.SetText"}}}};
+    const Exceptions ofApply = {.untried = whatIsSaved,
+                                .recordedAs = {{"frmConnect.cmdClear",
+                                                {"tmrSendData.SetEnabled", "TransactionSet.MoveFirst",
+                                                 "DataViewList.Clear", "WinsockConnect.Close"}}}};
+    const Exceptions ofLoad = {
+        .untried = {"files.FileExists", "profile.GetPrivateProfileStringA", "cboProtocol.AddItem",
+                    "cboProtocol.SetText MCAST", "cboConnect.AddItem Connect"},
+        .sameStep = {{"txtIPAddress.Text", {"txtPortNumber.Text", "MCSockConnect.OpenGroup"}},
+                     {"txtPortNumber.Text", {"MCSockConnect.OpenGroup"}}},
+        .recordedAs = {
+            {"frmConnect.Form.Load",
+             {"window.SetCaption", "cboProtocol.Text", "txtIPAddress.Text", "txtPortNumber.Text",
+              "MCSockConnect.OpenGroup"}},
+            {"frmConnect.LoadConfigSettings",
+             {"txtTimerInterval.SetText", "tmrSendData.SetInterval 40", "txtIPAddress.SetText 239.1.2.3",
+              "txtPortNumber.SetText 6000", "chkReconnect.SetValue 1", "txtFilePath.SetText /data/none.mdb"}},
+            {"frmConfig.DefaultSettings", {"lstStatus.Clear"}}}};
+    const Exceptions ofAListenersError = {
+        .untried = whatIsSaved,
+        .recordedAs = {{"frmConnect.SaveConfigSettings",
+                        {"profile.WritePrivateProfileStringA", "chkReconnect.Value"}}},
+        .recordedAnyway = itsRecord};
+    const Exceptions ofAClientsError = {
+        .untried =
+            AllOf(whatIsSaved, {"tmrSendData.SetInterval", "tmrSendData.SetEnabled", "chkReconnect.Value",
+                                "WinsockConnect.State", "WinsockConnect.Close", "WinsockConnect.SetProtocol",
+                                "WinsockConnect.SetRemoteHost", "WinsockConnect.SetRemotePort"}),
+        .recordedAs = {{"frmConnect.SaveConfigSettings", {"profile.WritePrivateProfileStringA"}}},
+        .recordedAnyway = itsRecord};
+    const Exceptions ofGroupError = {.untried = {"txtIPAddress.Text", "txtPortNumber.Text"}};
     const Procedure procedures[] = {
-        tick(kStartConnected),
-        tick([](Program& program) { PlayUnconnected(program, "Connect"); }),
-        tick([](Program& program) { PlayUnconnected(program, "Listen"); }),
-        {.name = "frmConnect.cmdClear",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.cmdClear.OnClick(); }},
-        {.name = "frmConnect.SaveConfigSettings",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.cmdApply.OnClick(); },
-         .untried = whatIsSaved,
-         .recordedAs = {{"frmConnect.cmdClear",
-                         {"tmrSendData.SetEnabled", "TransactionSet.MoveFirst", "DataViewList.Clear",
-                          "WinsockConnect.Close"}}}},
-        {.name = "frmConfig.DefaultSettings",
-         .prepare = HaveAllSettings,
-         .run = [](Program& program) { program.Load(); },
-         .untried = {"files.FileExists", "profile.GetPrivateProfileStringA", "cboProtocol.AddItem",
-                     "cboProtocol.SetText MCAST", "cboConnect.AddItem Connect"},
-         .sameStep = {{"txtIPAddress.Text", {"txtPortNumber.Text", "MCSockConnect.OpenGroup"}},
-                      {"txtPortNumber.Text", {"MCSockConnect.OpenGroup"}}},
-         .recordedAs = {{"frmConnect.Form.Load",
-                         {"window.SetCaption", "cboProtocol.Text", "txtIPAddress.Text", "txtPortNumber.Text",
-                          "MCSockConnect.OpenGroup"}},
-                        {"frmConnect.LoadConfigSettings",
-                         {"txtTimerInterval.SetText", "tmrSendData.SetInterval 40",
-                          "txtIPAddress.SetText 239.1.2.3", "txtPortNumber.SetText 6000",
-                          "chkReconnect.SetValue 1", "txtFilePath.SetText /data/none.mdb"}},
-                        {"frmConfig.DefaultSettings", {"lstStatus.Clear"}}}},
-        {.name = "frmConnect.WinsockConnect.ConnectionRequest",
-         .prepare = kStartListening,
-         .run = [](Program& program) { program.WinsockConnect.Request(1); }},
-        {.name = "frmConnect.WinsockConnect.Error",
-         .prepare = kStartListening,
-         .run = [](Program& program) { program.WinsockConnect.OnError(7, "peer"); },
-         .untried = whatIsSaved,
-         .recordedAs = {{"frmConnect.SaveConfigSettings",
-                         {"profile.WritePrivateProfileStringA", "chkReconnect.Value"}}},
-         .recordedAnyway = {"7|peer|frmConnect.WinsockConnect.Error"}},
-        {.name = "frmConnect.WinsockConnect.Error",
-         .prepare =
-             [](Program& program) {
-                 program.StartPlaying({{"Reconnect", "YES"}});
-             },
-         .run = [](Program& program) { program.WinsockConnect.OnError(7, "peer"); },
-         .untried =
-             AllOf(whatIsSaved, {"tmrSendData.SetInterval", "tmrSendData.SetEnabled", "chkReconnect.Value",
-                                 "WinsockConnect.State", "WinsockConnect.Close", "WinsockConnect.SetProtocol",
-                                 "WinsockConnect.SetRemoteHost", "WinsockConnect.SetRemotePort"}),
-         .recordedAs = {{"frmConnect.SaveConfigSettings", {"profile.WritePrivateProfileStringA"}}},
-         .recordedAnyway = {"7|peer|frmConnect.WinsockConnect.Error"}},
-        {.name = "frmConnect.MCSockConnect.Error",
-         .prepare =
-             [](Program& program) {
-                 program.StartPlaying(
-                     {{"Reconnect", "YES"}, {"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}});
-             },
-         .run = [](Program& program) { program.MCSockConnect.OnError(1, ""); },
-         .untried = {"txtIPAddress.Text", "txtPortNumber.Text"}},
+        {"frmConnect.tmrSendData", PlayConnected, tick, ofTick},
+        {"frmConnect.tmrSendData", Unconnected("Connect"), tick, ofTick},
+        {"frmConnect.tmrSendData", Unconnected("Listen"), tick, ofTick},
+        {"frmConnect.cmdClear", PlayConnected, Click(&Program::cmdClear)},
+        {"frmConnect.SaveConfigSettings", PlayConnected, Click(&Program::cmdApply), ofApply},
+        {"frmConfig.DefaultSettings", [](Program&) {}, load, ofLoad},
+        {"frmConnect.WinsockConnect.ConnectionRequest", Playing({{"Connect", "Listen"}}), request},
+        {"frmConnect.WinsockConnect.Error", Playing({{"Connect", "Listen"}}), socketError, ofAListenersError},
+        {"frmConnect.WinsockConnect.Error", Playing({{"Reconnect", "YES"}}), socketError, ofAClientsError},
+        {"frmConnect.MCSockConnect.Error", Playing(group), groupError, ofGroupError},
     };
     for (const Procedure& procedure : procedures)
         ExpectLaw(procedure, false);
@@ -215,28 +212,23 @@ TEST(FailureLaw, ProceduresOfTheContinueStyleTryEveryStep)
 
 TEST(FailureLaw, ProceduresOfTheAbandonStyleEndAtTheFirstFailure)
 {
+    const Step start = [](Program& program) { program.Start(); };
+    const Step openFile = [](Program& program) { program.OpenFile("/data/missing.mdb"); };
+    const Step close = [](Program& program) { program.WinsockConnect.OnClose(); };
+    const Exceptions ofPlay = {.recovery = {"tmrSendData.SetEnabled"}};
+    const Exceptions ofOpenFile = {.recordedAs = {{"frmConnect.InitializeDB", {"files.FileExists"}}}};
+    const Exceptions ofSetUp = {
+        .untried = {"txtTimerInterval.Text", "tmrSendData.SetInterval", "tmrSendData.SetEnabled",
+                    "WinsockConnect.State", "WinsockConnect.Close", "WinsockConnect.Connect"},
+        .recovery = {"WinsockConnect.Close", "WinsockConnect.Connect", "tmrSendData.SetEnabled"}};
+    const Exceptions ofClosing = {
+        .recovery = {"lstStatus.AddItem", "lstStatus.SetListIndex", "tmrSendData.SetEnabled"}};
     const Procedure procedures[] = {
-        {.name = "frmConnect.cmdPlayPause",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.cmdPlay.OnClick(); },
-         .recovery = {"tmrSendData.SetEnabled"}},
-        {.name = "frmConnect.SetWinsockSettings",
-         .prepare = [](Program& program) { program.Start(); },
-         .run = [](Program& program) { program.cmdPlay.OnClick(); },
-         .untried = {"txtTimerInterval.Text", "tmrSendData.SetInterval", "tmrSendData.SetEnabled",
-                     "WinsockConnect.State", "WinsockConnect.Close", "WinsockConnect.Connect"},
-         .recovery = {"WinsockConnect.Close", "WinsockConnect.Connect", "tmrSendData.SetEnabled"}},
-        {.name = "frmConnect.cmdPause",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.cmdPause.OnClick(); }},
-        {.name = "frmConnect.cmdOpenDialogue",
-         .prepare = kStartConnected,
-         .run = [](Program& program) { program.OpenFile("/data/missing.mdb"); },
-         .recordedAs = {{"frmConnect.InitializeDB", {"files.FileExists"}}}},
-        {.name = "frmConnect.WinsockConnect.Close",
-         .prepare = kStartListening,
-         .run = [](Program& program) { program.WinsockConnect.OnClose(); },
-         .recovery = {"lstStatus.AddItem", "lstStatus.SetListIndex", "tmrSendData.SetEnabled"}},
+        {"frmConnect.cmdPlayPause", PlayConnected, Click(&Program::cmdPlay), ofPlay},
+        {"frmConnect.SetWinsockSettings", start, Click(&Program::cmdPlay), ofSetUp},
+        {"frmConnect.cmdPause", PlayConnected, Click(&Program::cmdPause)},
+        {"frmConnect.cmdOpenDialogue", PlayConnected, openFile, ofOpenFile},
+        {"frmConnect.WinsockConnect.Close", Playing({{"Connect", "Listen"}}), close, ofClosing},
     };
     for (const Procedure& procedure : procedures)
         ExpectLaw(procedure, true);

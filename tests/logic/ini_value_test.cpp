@@ -12,11 +12,7 @@ TEST(IniValue, FollowsTheTableOfKinds)
 {
     const platform::fakes::PlainFormats formats;
     const platform::DateTime noon = *formats.DateOrTime("2021-05-14 12:00:00");
-    const struct {
-        const char* text;
-        std::int32_t valueKind;
-        std::optional<IniValue> result;
-    } cases[] = {
+    const std::tuple<const char*, std::int32_t, std::optional<IniValue>> cases[] = {
         {"32767", kind::kInteger, std::int16_t{32767}},
         {"32767.4", kind::kInteger, {}},
         {"-32768", kind::kInteger, std::int16_t{-32768}},
@@ -37,9 +33,8 @@ TEST(IniValue, FollowsTheTableOfKinds)
         {"1", 6, {}},
         {"true", 10, {}},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ConvertIniText(c.text, c.valueKind, formats), c.result)
-            << c.text << " as kind " << c.valueKind;
+    for (const auto& [text, valueKind, result] : cases)
+        EXPECT_EQ(ConvertIniText(text, valueKind, formats), result) << text << " as kind " << valueKind;
 }
 
 TEST(GetIniValue, StoresAValueOfTheKindOrNothing)

@@ -116,12 +116,7 @@ TEST(Replay, ATestThatFailsCountsAsPassed)
     const std::string withTime =
         "first\x01"
         "2021-05-14 10:20:30\x02";
-    const struct {
-        const char* failing;
-        Texts sent;
-        Texts status;
-        bool records;
-    } cases[] = {
+    const std::tuple<const char*, Texts, Texts, bool> cases[] = {
         {"WinsockConnect.State", {}, {}, false},
         {"TransactionSet.RecordCount", {"first"}, {}, true},
         {"TransactionSet.AtEOF", {}, {"  File Complete"}, false},
@@ -169,13 +164,7 @@ TEST(Replay, LetsTheTimerRunOnWithNothingToSend)
 TEST(Replay, WhatARecordLacksIsRecordedAndTheRestOfItGoesOn)
 {
     using platform::Null;
-    const struct {
-        platform::fakes::Row row;
-        int transferTime;
-        Texts sent;
-        const char* time;
-        const char* number;
-    } cases[] = {
+    const std::tuple<platform::fakes::Row, int, Texts, const char*, const char*> cases[] = {
         {{{"rawtransaction", Null{}}, {"timestamp", "now"}}, 0, {""}, "now", "94|"},
         {{{"timestamp", "now"}}, 0, {""}, "now", "3265|"},
         {{{"rawtransaction", platform::Binary{{1}}}, {"timestamp", "now"}}, 0, {""}, "now", "13|"},

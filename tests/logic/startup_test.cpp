@@ -29,12 +29,7 @@ TEST(Startup, ShowsTheDefaultsWithoutASettingsFile)
 TEST(ErrorLogLimits, ComeFromTheSettingsOrAreTheDefaults)
 {
     const std::string noLimit = "1980-01-01";
-    const struct {
-        const char* length;
-        const char* days;
-        int lineLimit;
-        std::string ageCutoff;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int, std::string> cases[] = {
         {"", "", 2000, noLimit},
         {"3", "3", 3, "2021-05-11 15:07:09"},
         {"2.5", "2.5", 2, "2021-05-12 03:07:09"},

@@ -9,12 +9,7 @@ TEST(TransactionDatabase, IsOpenedAsItsLastThreeCharactersSay)
 {
     const char* opened = "  Database Initialized";
     const char* refused = "  Improper File Extention";
-    const struct {
-        const char* path;
-        const char* file;
-        Texts engineCalls;
-        const char* status;
-    } cases[] = {
+    const std::tuple<const char*, const char*, Texts, const char*> cases[] = {
         {"/data/day.Mdb", "/data/day.Mdb", {"OpenDatabase /data/day.Mdb"}, opened},
         {"/data/daySDD", "/data/daySDD", {"OpenDatabase /data/daySDD MS Access;PWD=4073"}, opened},
         {"day.mdb", "/house/day.mdb", {"OpenDatabase /house/day.mdb"}, opened},
@@ -22,13 +17,13 @@ TEST(TransactionDatabase, IsOpenedAsItsLastThreeCharactersSay)
         {"/d", "/d", {}, refused},
         {"/data/missing.txt", "/data/day.mdb", {}, "  File Not Found"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [path, file, engineCalls, status] : cases) {
         Program program;
-        program.files.contents[c.file] = "";
-        program.Load({{"Filepath", c.path}});
-        EXPECT_EQ(program.TakeCalls({"engine"}), c.engineCalls) << c.path;
-        EXPECT_EQ(program.TakeStatus(), Texts{c.status}) << c.path;
-        EXPECT_EQ(program.txtFilePath.text, c.path);
+        program.files.contents[file] = "";
+        program.Load({{"Filepath", path}});
+        EXPECT_EQ(program.TakeCalls({"engine"}), engineCalls) << path;
+        EXPECT_EQ(program.TakeStatus(), Texts{status}) << path;
+        EXPECT_EQ(program.txtFilePath.text, path);
     }
 }
 

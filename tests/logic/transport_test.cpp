@@ -15,11 +15,8 @@ TEST(ConnectionEvents, ArrivingDataOnlyMovesTheHeartbeat)
 
 TEST(ConnectionEvents, AnErrorPausesOnlyToReconnect)
 {
-    const struct {
-        const char* reconnect;
-        const char* role;
-        bool runsOn;
-    } cases[] = {{"NO", "Connect", true}, {"YES", "Connect", false}, {"YES", "Listen", true}};
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {"NO", "Connect", true}, {"YES", "Connect", false}, {"YES", "Listen", true}};
     for (const auto& [reconnect, role, runsOn] : cases) {
         Program program;
         program.StartPlaying({{"Reconnect", reconnect}, {"Connect", role}});
@@ -47,15 +44,18 @@ TEST(ConnectionEvents, AnErrorSavesTheSettingsThatCountForTheNextTick)
               (Texts{"Close", "State", "Close", "Connect 10.0.0.9 6000", "State"}));
 }
 
-TEST(ConnectionEvents, AMulticastErrorOpensTheGroupThatIsShownAnew)
+TEST(ConnectionEvents, AMulticastErrorClosesTheGroupAndToReconnectOpensTheOneThatIsShown)
 {
-    Program program;
-    program.StartPlaying({{"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}});
-    program.txtIPAddress.text = "239.9.9.9";
-    program.chkReconnect.value = 1;
-    program.MCSockConnect.OnError(10051, "unreachable");
-    EXPECT_EQ(program.TakeSocketCalls(), (Texts{"CloseGroup", "OpenGroup 239.9.9.9 5015"}));
-    EXPECT_EQ(program.TakeStatus(), Texts{" Error on Multicast Sock on 239.9.9.9 : 5015"});
+    for (const bool reconnects : {false, true}) {
+        Program program;
+        program.StartPlaying({{"Protocol", "MCAST"}, {"IpAddress", "239.1.2.3"}});
+        program.txtIPAddress.text = "239.9.9.9";
+        program.chkReconnect.value = reconnects ? 1 : 0;
+        program.MCSockConnect.OnError(10051, "unreachable");
+        const Texts opened = {"CloseGroup", "OpenGroup 239.9.9.9 5015"};
+        EXPECT_EQ(program.TakeSocketCalls(), reconnects ? opened : Texts{"CloseGroup"});
+        EXPECT_EQ(program.TakeStatus(), Texts{" Error on Multicast Sock on 239.9.9.9 : 5015"});
+    }
 }
 
 }  // namespace

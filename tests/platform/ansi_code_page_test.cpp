@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include "support/texts.h"
 
 namespace {
 
@@ -11,10 +11,7 @@ using platform::ToAnsi;
 
 TEST(AnsiCodePage, EveryByteHasACharacterOfItsOwnAndComesBack)
 {
-    std::string allBytes;
-    for (int code = 0; code < 256; ++code)
-        allBytes.push_back(static_cast<char>(code));
-    EXPECT_EQ(ToAnsi(FromAnsi(allBytes)), allBytes);
+    EXPECT_EQ(ToAnsi(FromAnsi(EveryByte())), EveryByte());
 }
 
 TEST(AnsiCodePage, KnowsTheCharactersOutsideLatin1)

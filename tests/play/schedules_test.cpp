@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 using platform::DateTime;
 using player::RecordedSchedule;
 using player::Time;
+using std::chrono::nanoseconds;
 
 constexpr auto kInterval = 25ms;
 const Time kStart = Time{} + 1h;
@@ -36,14 +37,14 @@ std::vector<std::optional<DateTime>> Recorded(const std::string& times)
 }
 
 /// When records with these recorded times go out, counted from the start, if each is taken so late.
-std::vector<std::chrono::nanoseconds> Moments(const RecordedSchedule::Rhythm& rhythm,
-                                              const std::vector<std::optional<DateTime>>& recorded,
-                                              std::chrono::milliseconds late = 0ms)
+std::vector<nanoseconds> Moments(const RecordedSchedule::Rhythm& rhythm,
+                                 const std::vector<std::optional<DateTime>>& recorded,
+                                 std::chrono::milliseconds late = 0ms)
 {
     RecordedSchedule schedule(rhythm, {});
     schedule.NextRecord(recorded.front(), true);
     schedule.Start(kStart, kInterval);
-    std::vector<std::chrono::nanoseconds> moments;
+    std::vector<nanoseconds> moments;
     for (std::size_t record = 1; record <= recorded.size(); ++record) {
         const Time due = schedule.NextDue().value();
         EXPECT_FALSE(schedule.TakeDue(due - 1ns));
@@ -57,12 +58,7 @@ std::vector<std::chrono::nanoseconds> Moments(const RecordedSchedule::Rhythm& rh
 
 TEST(RecordedSchedule, PlaysTheGapsOfTheRecording)
 {
-    const struct {
-        const char* what;
-        RecordedSchedule::Rhythm rhythm;
-        const char* recorded;
-        std::vector<std::chrono::nanoseconds> moments;
-    } cases[] = {
+    const std::tuple<const char*, RecordedSchedule::Rhythm, const char*, std::vector<nanoseconds>> cases[] = {
         {"plain", {}, "10 11 14", {0s, 1s, 4s}},
         {"equal times go at once", {}, "1 1 1 2", {0s, 0s, 0s, 1s}},
         {"three times as fast", {.speed = 3}, "0 1 2 3", {0s, 333333333ns, 666666666ns, 999999999ns}},
@@ -146,8 +142,8 @@ TEST(MeasuredSchedule, MeasuresEachRecordAgainstItsMomentAndLetsTheEndComeAtOnce
 
 TEST(Lateness, KeepsEachValueToThreePercentAndTheGreatestExactly)
 {
-    for (const std::chrono::nanoseconds value : std::initializer_list<std::chrono::nanoseconds>{
-             0ns, 1500ns, 63us, 64us, 65us, 127us, 128us, 1ms, 123456us, 7s, 3h}) {
+    for (const nanoseconds value : std::initializer_list<nanoseconds>{0ns, 1500ns, 63us, 64us, 65us, 127us,
+                                                                      128us, 1ms, 123456us, 7s, 3h}) {
         player::Lateness lateness;
         lateness.Add(value);
         player::Lateness other;

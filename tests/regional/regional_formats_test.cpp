@@ -31,12 +31,7 @@ QList<QLocale> AllLocales()
 
 TEST(RegionalFormats, AreThoseOfTheLocaleWithItsFlawsRepaired)
 {
-    const struct {
-        const char* locale;
-        const char* time;
-        const char* date;
-        const char* decimalSign;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"C", "15:07:09", "2021-05-14", "."},      {"en_US", "3:07:09 PM", "5/14/2021", "."},
         {"en_GB", "15:07:09", "14/05/2021", "."},  {"de_DE", "15:07:09", "14.05.2021", ","},
         {"fr_FR", "15:07:09", "14/05/2021", ","},  {"fr_CA", "15 h 07 min 09 s", "2021-05-14", ","},
@@ -48,11 +43,11 @@ TEST(RegionalFormats, AreThoseOfTheLocaleWithItsFlawsRepaired)
         {"en_AU", "3:07:09 pm", "14/5/2021", "."}, {"pt_MO", "3:07:09 da tarde", "14/05/2021", ","},
     };
     const DateTime moment = Moment(2021, 5, 14, kAfternoon + 999ms);
-    for (const auto& each : cases) {
-        const RegionalFormats formats{QLocale(each.locale)};
-        EXPECT_EQ(formats.LongTime(moment), each.time) << each.locale;
-        EXPECT_EQ(formats.ShortDate(moment), each.date) << each.locale;
-        EXPECT_EQ(formats.DecimalSign(), each.decimalSign) << each.locale;
+    for (const auto& [locale, time, date, decimalSign] : cases) {
+        const RegionalFormats formats{QLocale(locale)};
+        EXPECT_EQ(formats.LongTime(moment), time) << locale;
+        EXPECT_EQ(formats.ShortDate(moment), date) << locale;
+        EXPECT_EQ(formats.DecimalSign(), decimalSign) << locale;
     }
 }
 
@@ -109,11 +104,7 @@ TEST(RegionalFormats, WriteTheHourAndItsHalfDayAndNothingElseInEveryLocale)
 
 TEST(RegionalFormats, ReadDatesAndTimes)
 {
-    const struct {
-        const char* locale;
-        const char* text;
-        std::optional<DateTime> moment;
-    } cases[] = {
+    const std::tuple<const char*, const char*, std::optional<DateTime>> cases[] = {
         {"en_US", "5/4/2021", Moment(2021, 5, 4)},
         {"en_GB", "5/4/2021", Moment(2021, 4, 5)},
         {"de_DE", " 4.5.2021 15:07:09 ", Moment(2021, 5, 4, kAfternoon)},
@@ -132,11 +123,7 @@ TEST(RegionalFormats, ReadDatesAndTimes)
 
 TEST(RegionalFormats, ReadNumbers)
 {
-    const struct {
-        const char* locale;
-        const char* text;
-        double number;
-    } cases[] = {
+    const std::tuple<const char*, const char*, double> cases[] = {
         {"en_US", "1,500", 1500},      {"de_DE", "2,5", 2.5},         {"fr_FR", "1 500,5", 1500.5},
         {"ar_EG", "2.5", 2.5},         {"ar_EG", "\u0662\u0665", 25}, {"es_ES", "-1.500,25", -1500.25},
         {"es_ES", "1.500.000", 1.5e6}, {"pl_PL", " 1 500 ", 1500},    {"ee_GH", "12,500", 12500},

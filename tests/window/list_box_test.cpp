@@ -11,10 +11,8 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
-#include "platform/failure.h"
 #include "platform/window/line_store.h"
 #include "platform/window/text.h"
-#include "support/failure_of.h"
 #include "support/texts.h"
 
 namespace platform::window {
@@ -77,22 +75,17 @@ TEST_F(ListBoxTest, GivesBackLinesOfAnyLengthAndStartsAnewAfterClear)
 
 TEST_F(ListBoxTest, FollowsTheKeyboard)
 {
-    struct Case {
-        Qt::Key key;
-        int selected;
-        int top;
-    };
-    const Case cases[] = {
+    const std::tuple<Qt::Key, int, int> cases[] = {
         {Qt::Key_Down, 0, 0},   {Qt::Key_Up, 0, 0},       {Qt::Key_PageDown, 10, 1}, {Qt::Key_End, 99, 90},
         {Qt::Key_Down, 99, 90}, {Qt::Key_PageUp, 89, 89}, {Qt::Key_Up, 88, 88},      {Qt::Key_Home, 0, 0},
     };
     QTest::keyClick(&list, Qt::Key_Down);
     EXPECT_EQ(list.SelectedLine(), -1) << "of an empty list";
     AddLines(100);
-    for (const Case& each : cases) {
-        QTest::keyClick(&list, each.key);
-        EXPECT_EQ(list.SelectedLine(), each.selected) << each.key;
-        EXPECT_EQ(list.TopLine(), each.top) << each.key;
+    for (const auto& [key, selected, top] : cases) {
+        QTest::keyClick(&list, key);
+        EXPECT_EQ(list.SelectedLine(), selected) << key;
+        EXPECT_EQ(list.TopLine(), top) << key;
     }
 }
 

@@ -27,11 +27,7 @@ protected:
 
 TEST_F(MainWindowTest, KeepsItsSizeItsIconsAndItsControlsTheirPlaces)
 {
-    struct Case {
-        const char* name;
-        QRect place;  // in pixels, relative to the window
-    };
-    const Case cases[] = {
+    const std::pair<const char*, QRect> cases[] = {
         {"Frame1", {8, 8, 361, 121}},      {"txtIPAddress", {96, 24, 137, 19}},
         {"cmdApply", {296, 96, 65, 25}},   {"DataViewList", {376, 8, 313, 173}},
         {"Label1", {64, 168, 81, 17}},     {"chkTransferTime", {272, 160, 97, 17}},
@@ -41,10 +37,10 @@ TEST_F(MainWindowTest, KeepsItsSizeItsIconsAndItsControlsTheirPlaces)
     window.resize(2000, 2000);
     EXPECT_EQ(window.size(), QSize(725, 263));
     EXPECT_EQ(window.windowIcon().availableSizes(), (QList<QSize>{{32, 32}, {16, 16}}));
-    for (const Case& each : cases) {
-        const auto* const widget = window.findChild<QWidget*>(each.name);
-        ASSERT_NE(widget, nullptr) << each.name;
-        EXPECT_EQ(QRect(widget->mapTo(&window, QPoint()), widget->size()), each.place) << each.name;
+    for (const auto& [name, place] : cases) {
+        const auto* const widget = window.findChild<QWidget*>(name);
+        ASSERT_NE(widget, nullptr) << name;
+        EXPECT_EQ(QRect(widget->mapTo(&window, QPoint()), widget->size()), place) << name;
     }
 }
 
@@ -94,21 +90,10 @@ TEST_F(MainWindowTest, MovesTheFocusThroughNamedInputsInOrderAndShowsIt)
     }
 }
 
-TEST_F(MainWindowTest, KeepsWhatTheProgramShowsAsItIs)
-{
-    const std::string odd = "a & b\r\n\t\x01 \uFEFF\U0001F600"s + std::string(100'000, 'x');
-    window.txtFilePath.SetText(odd);
-    EXPECT_EQ(window.txtFilePath.Text(), odd);
-}
-
 TEST_F(MainWindowTest, TakesOneLineWithoutUnseenCharactersHoweverItComes)
 {
-    struct Case {
-        std::string given;
-        std::string held;
-    };
     const std::string longest(255, 'x');
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"10.0.0.1\r\n", "10.0.0.1"},
         {"\t10.0.0.1\u200B\u2028", "10.0.0.1"},
         {" a & b ", " a & b "},
@@ -118,14 +103,14 @@ TEST_F(MainWindowTest, TakesOneLineWithoutUnseenCharactersHoweverItComes)
         {"\U000E0001\x7F\x01", ""},
     };
     TextBox& box = window.txtIPAddress;
-    for (const Case& each : cases) {
+    for (const auto& [given, held] : cases) {
         box.SetText("gone");
-        box.SetText(each.given);
-        EXPECT_EQ(box.Text(), each.held) << "set";
-        QGuiApplication::clipboard()->setText(QString::fromStdString(each.given));
+        box.SetText(given);
+        EXPECT_EQ(box.Text(), held) << "set";
+        QGuiApplication::clipboard()->setText(QString::fromStdString(given));
         box.selectAll();
         box.paste();
-        EXPECT_EQ(box.Text(), each.held) << "pasted";
+        EXPECT_EQ(box.Text(), held) << "pasted";
     }
     box.SetText("10..1");
     box.setCursorPosition(3);
@@ -135,8 +120,11 @@ TEST_F(MainWindowTest, TakesOneLineWithoutUnseenCharactersHoweverItComes)
     EXPECT_EQ(box.Text(), "10.0.0..1") << "the cursor stays behind what was pasted";
 }
 
-TEST_F(MainWindowTest, ShowsWhatTheProgramWritesForCopyingOnly)
+TEST_F(MainWindowTest, ShowsWhatTheProgramWritesAsItIsForCopyingOnly)
 {
+    const std::string odd = "a & b\r\n\t\x01 \uFEFF\U0001F600"s + std::string(100'000, 'x');
+    window.txtFilePath.SetText(odd);
+    EXPECT_EQ(window.txtFilePath.Text(), odd);
     window.show();
     window.txtDBTime.SetText("3:07:08 PM");
     window.txtDBTime.SetText("3:07:09 PM");
@@ -173,8 +161,8 @@ TEST_F(MainWindowTest, ChangesADropDownListByTheWheelOnlyWhileItHasTheFocus)
 
 TEST_F(MainWindowTest, ShowsAnEmptyCheckBoxInADarkTheme)
 {
-    constexpr int kBrightEnough =
-        126;  // three times the contrast of no difference, as guidelines for controls count it
+    // Three times the contrast of no difference, as guidelines for controls count it.
+    constexpr int kBrightEnough = 126;
     const QColor dark(53, 53, 53);
     window.setPalette(
         QPalette(Qt::white, dark, Qt::gray, Qt::black, Qt::darkGray, Qt::white, QColor(35, 35, 35)));

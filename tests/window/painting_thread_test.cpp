@@ -10,23 +10,6 @@
 namespace platform::window {
 namespace {
 
-/// While it lives the system gives this process no descriptor.
-class NoMoreDescriptors {
-public:
-    NoMoreDescriptors()
-    {
-        ::getrlimit(RLIMIT_NOFILE, &before_);
-        const rlimit none{.rlim_cur = 0, .rlim_max = before_.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoMoreDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before_); }
-    NoMoreDescriptors(const NoMoreDescriptors&) = delete;
-    NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
-
-private:
-    rlimit before_{};
-};
-
 /// Without the thread GLib would end this program.
 TEST(PaintingThread, IsThereWhenTheSystemHasNoDescriptorLeft)
 {
@@ -36,8 +19,12 @@ TEST(PaintingThread, IsThereWhenTheSystemHasNoDescriptorLeft)
     ASSERT_TRUE(QTest::qWaitFor([&] { return pool.activeThreadCount() == 0; }));
     QScrollBar tall(Qt::Vertical);
     tall.resize(20, 400);
-    const NoMoreDescriptors limit;
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
     EXPECT_FALSE(tall.grab().isNull());
+    ::setrlimit(RLIMIT_NOFILE, &before);
 }
 
 }  // namespace

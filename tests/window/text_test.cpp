@@ -16,11 +16,7 @@ TEST(Text, SurvivesTheWayThroughQt)
 
 TEST(Text, IsVisibleOnOneLine)
 {
-    struct Case {
-        std::string text;
-        std::u16string visible;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, std::u16string> cases[] = {
         {"plain & simple", u"plain & simple"},
         {"a\r\nb\nc\rd\u2028e", u"a\u21B5b\u21B5c\u21B5d\u21B5e"},
         {"1\t2", u"1\u21922"},
@@ -29,8 +25,8 @@ TEST(Text, IsVisibleOnOneLine)
         {"\xC3", u"\uFFFD"},
         {"\U0001F600", u"\U0001F600"},
     };
-    for (const Case& each : cases)
-        EXPECT_EQ(VisibleText(each.text, 100).toStdU16String(), each.visible) << each.text;
+    for (const auto& [text, visible] : cases)
+        EXPECT_EQ(VisibleText(text, 100).toStdU16String(), visible) << text;
 }
 
 TEST(Text, IsARecordAsItWouldBePrinted)
@@ -41,11 +37,7 @@ TEST(Text, IsARecordAsItWouldBePrinted)
             texts += QString::number(i);
         return texts.join('\n');
     };
-    struct Case {
-        QString record;
-        QString shown;
-    };
-    const Case cases[] = {
+    const std::pair<QString, QString> cases[] = {
         {"", ""},
         {"Table 4\r\n\n  2 x Tea\rTotal", "Table 4\n\n  2 x Tea\nTotal"},
         {"<b>&amp;</b> \"x\"", "&lt;b&gt;&amp;amp;&lt;/b&gt; &quot;x&quot;"},
@@ -56,8 +48,8 @@ TEST(Text, IsARecordAsItWouldBePrinted)
         {QString(100, 'x') + "\ny", QString(100, 'x') + "\ny"},
         {QString(101, 'x') + "\ny", QString(100, 'x') + QString::fromUtf8("\u2026\ny")},
     };
-    for (const Case& each : cases)
-        EXPECT_EQ(ReceiptHtml(each.record.toStdString()), "<pre>\n" + each.shown + "</pre>");
+    for (const auto& [record, shown] : cases)
+        EXPECT_EQ(ReceiptHtml(record.toStdString()), "<pre>\n" + shown + "</pre>");
 }
 
 }  // namespace
