@@ -13,8 +13,6 @@
 #include <fstream>
 #include <string>
 
-constexpr int kCannotMount = 77;
-
 /// Runs a body in a process of its own, which ends with 1 when an expectation in it failed.
 template <class Body>
 [[nodiscard]] pid_t StartChild(const Body& body)
@@ -49,19 +47,18 @@ inline void KillThisProcessAfter(std::chrono::nanoseconds delay)
         ::_exit(1);
 }
 
-/// Gives this process mounts that no other one sees; false where the machine does not allow that.
-[[nodiscard]] inline bool OwnMounts()
+/// Gives this process mounts that no other one sees.
+inline void TakeOwnMounts()
 {
     const std::string user = "0 " + std::to_string(::geteuid()) + " 1";
     const std::string group = "0 " + std::to_string(::getegid()) + " 1";
     if (::unshare(CLONE_NEWNS) != 0) {
-        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
-            return false;
+        ASSERT_EQ(::unshare(CLONE_NEWUSER | CLONE_NEWNS), 0);
         std::ofstream("/proc/self/setgroups") << "deny";
         std::ofstream("/proc/self/uid_map") << user;
         std::ofstream("/proc/self/gid_map") << group;
     }
-    return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    ASSERT_EQ(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
 }
 
 /// Lets a limit of this process, as setrlimit names it, be `value`.
@@ -69,4 +66,16 @@ inline void Limit(__rlimit_resource resource, rlim_t value)
 {
     const rlimit limit{value, value};
     ASSERT_EQ(::setrlimit(resource, &limit), 0);
+}
+
+/// Expects nothing to fail in a body that does to its process what cannot be taken back. A child that is busy for
+/// longer than some seconds hangs.
+template <class Body>
+void ExpectHoldsInChild(const Body& body)
+{
+    const int status = Await(StartChild([&] {
+        Limit(RLIMIT_CPU, 5);
+        body();
+    }));
+    EXPECT_EQ(status, 0) << "see the child's failures above";
 }

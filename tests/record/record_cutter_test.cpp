@@ -53,12 +53,7 @@ TEST(RecordCutter, CutsByEachRule)
     const CutRule gaps{.gap = milliseconds(250)};
     const CutRule linesOrGaps{.endsWith = "\n", .gap = milliseconds(250)};
     const std::string time = "10:20:30";
-    const struct {
-        const char* what;
-        CutRule rule;
-        std::vector<Read> reads;
-        std::vector<Kept> records;
-    } cases[] = {
+    const std::tuple<const char*, CutRule, std::vector<Read>, std::vector<Kept>> cases[] = {
         {"nothing at all", lines, {{"", 1}}, {}},
         {"an end text over two reads", lines, {{"a\r", 1}, {"\nb\r\n", 2}}, {{"a\r\n", 1}, {"b\r\n", 2}}},
         {"no end text", lines, {{"a\r\nb\r", 1}}, {{"a\r\n", 1}, {"b\r", 1, RecordEnd::kCutOff}}},
