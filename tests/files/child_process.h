@@ -4,12 +4,11 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
-#include <ctime>
 #include <fstream>
 #include <string>
 
@@ -33,18 +32,11 @@ template <class Body>
     return status;
 }
 
-/// Has the kernel kill this very process, at whatever point it then is.
-inline void KillThisProcessAfter(std::chrono::nanoseconds delay)
+/// Has the kernel kill this very process with SIGALRM, at whatever point it then is.
+inline void KillThisProcessAfter(std::chrono::microseconds delay)
 {
-    sigevent event{};
-    event.sigev_notify = SIGEV_SIGNAL;
-    event.sigev_signo = SIGKILL;
-    timer_t timer{};
-    itimerspec when{};
-    when.it_value.tv_nsec = delay.count();
-    if (::timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 ||
-        ::timer_settime(timer, 0, &when, nullptr) != 0)
-        ::_exit(1);
+    const itimerval when{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = delay.count()}};
+    EXPECT_EQ(::setitimer(ITIMER_REAL, &when, nullptr), 0);
 }
 
 /// Gives this process mounts that no other one sees.

@@ -124,18 +124,17 @@ void KillAtRandomMoments(const Work& work, const Check& check)
 {
     const auto start = std::chrono::steady_clock::now();
     work();
-    const std::chrono::nanoseconds once = std::chrono::steady_clock::now() - start;
+    const auto once = std::chrono::floor<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
     std::mt19937 random(20210514);
-    std::uniform_int_distribution<std::int64_t> nanoseconds(
-        1, std::clamp(8 * once, 20'000'000ns, 900'000'000ns).count());
+    std::uniform_int_distribution<std::int64_t> delay(1, std::clamp(8 * once, 20'000us, 900'000us).count());
     for (int i = 0; i < kKills; ++i) {
-        const std::chrono::nanoseconds delay(nanoseconds(random));
+        const std::chrono::microseconds moment(delay(random));
         const int status = Await(StartChild([&] {
-            KillThisProcessAfter(delay);
+            KillThisProcessAfter(moment);
             for (;;)
                 work();
         }));
-        ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+        ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM);
         check();
     }
 }
