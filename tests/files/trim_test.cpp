@@ -6,7 +6,9 @@
 #include <thread>
 
 #include "fakes/clock_and_formats.h"
+#include "platform/failure.h"
 #include "platform/files/file_system.h"
+#include "support/failure_of.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
 
@@ -116,6 +118,16 @@ TEST_F(Trimming, LetsARecordWrittenMeanwhileWaitForTheNewFile)
     }
     writer.join();
     EXPECT_EQ(ReadFile(log_), "new\r\n");
+}
+
+TEST_F(Trimming, WhatFailsOnTheWayLeavesTheLogAsItWas)
+{
+    WriteFile(log_, "a\nb\n");
+    const auto failing = [](std::int64_t number, std::string_view) {
+        return number < 2 ? false : throw platform::Failure(platform::failure::kOverflow, "the second line");
+    };
+    EXPECT_EQ(FailureOf([&] { files_.OpenLocked(log_)->KeepLines(failing); }), platform::failure::kOverflow);
+    EXPECT_EQ(ReadFile(log_), "a\nb\n");
 }
 
 using Recording = Trimming;
