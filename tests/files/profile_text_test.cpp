@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -30,20 +29,20 @@ std::string With(const std::string& bytes, const std::string& key, const std::st
     return content.Bytes();
 }
 
-std::string InUtf16(const std::string& ascii, bool isBigEndian)
+/// A text as a file holds it that begins with this byte-order mark.
+std::string Encoded(const std::string& ascii, const std::string& mark)
 {
+    if (mark != "\xFF\xFE" && mark != "\xFE\xFF")
+        return ascii;
     std::string bytes;
     for (const char character : ascii)
-        bytes += isBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
+        bytes += mark == "\xFE\xFF" ? std::string{'\0', character} : std::string{character, '\0'};
     return bytes;
 }
 
 TEST(ProfileText, FindsAValueAsPeopleWriteIt)
 {
-    const struct {
-        const char* text;
-        const char* value;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"[TCP/IP Settings]\r\nPort=5015\r\n", "5015"},
         {"[tcp/ip settings]\nPORT=5015", "5015"},
         {"\xEF\xBB\xBF[TCP/IP Settings]\nPort=5015\n", "5015"},
@@ -73,11 +72,7 @@ TEST(ProfileText, FindsAValueAsPeopleWriteIt)
 
 TEST(ProfileText, ChangesNoByteButTheValue)
 {
-    const struct {
-        const char* name;
-        const char* before;
-        const char* after;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"value replaced between its blanks", "; a\n\n[s]\r\n KEY \t=  old \t\r\n\r\n[T]\nkey=1",
          "; a\n\n[s]\r\n KEY \t=  new \t\r\n\r\n[T]\nkey=1"},
         {"quotes go with the value", "[S]\nkey=\"old one\"\nx=1\n", "[S]\nkey=new\nx=1\n"},
@@ -106,11 +101,7 @@ TEST(ProfileText, WritesAValueInTheEncodingOfTheFile)
 {
     const std::string ansi = "k=caf\xE9";
     const std::string utf8 = "k=caf\xC3\xA9";
-    const struct {
-        const char* name;
-        std::string before;
-        std::string after;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"ASCII", "; x\n[S]\nk=old", "; x\n[S]\n" + ansi},
         {"byte-order mark", "\xEF\xBB\xBF[S]\nk=old", "\xEF\xBB\xBF[S]\n" + utf8},
         {"a comment in UTF-8", "; \xC3\xA9\n[S]\nk=old", "; \xC3\xA9\n[S]\n" + utf8},
@@ -118,8 +109,7 @@ TEST(ProfileText, WritesAValueInTheEncodingOfTheFile)
         {"a comment in 1252", "; \xE9\n[S]\nk=old", "; \xE9\n[S]\n" + ansi},
         {"the old value in 1252", "[S]\nk=\xE9t\xE9", "[S]\n" + ansi},
         {"both, line by line", "; \xE9\n; \xC3\xA9\n[S]\nk=old", "; \xE9\n; \xC3\xA9\n[S]\n" + utf8},
-        {"a zero is no sign of UTF-8", std::string("; \0\n[S]\nk=old", 13),
-         std::string("; \0\n[S]\n", 8) + ansi},
+        {"a zero is no sign of UTF-8", "; \0\n[S]\nk=old"s, "; \0\n[S]\n"s + ansi},
         {"a new key", "; \xC3\xA9\n[S]\n", "; \xC3\xA9\n[S]\n" + utf8 + "\n"},
         {"a new section", "; \xC3\xA9\n", "; \xC3\xA9\n[S]\n" + utf8 + "\n"},
     };
@@ -130,24 +120,23 @@ TEST(ProfileText, WritesAValueInTheEncodingOfTheFile)
 TEST(ProfileText, ReadsAndWritesUtf16)
 {
     const std::string value = "\u0416\U0001F600";
-    for (const bool isBigEndian : {false, true}) {
+    for (const std::string mark : {"\xFF\xFE", "\xFE\xFF"}) {
+        const bool isBigEndian = mark == "\xFE\xFF";
         const std::string stored = isBigEndian ? "\x04\x16\xD8\x3D\xDE\x00"s : "\x16\x04\x3D\xD8\x00\xDE"s;
         const std::string loneHalf = isBigEndian ? "\xDE\x00"s : "\x00\xDE"s;
-        const auto ascii = [&](const std::string& text) { return InUtf16(text, isBigEndian); };
-        const std::string top = (isBigEndian ? "\xFE\xFF" : "\xFF\xFE") + loneHalf + ascii("\r\n[S]\r\n");
-        const std::string end = ascii("\r\n; end") + loneHalf + "x";
-        EXPECT_EQ(Find(top + ascii("k=") + stored + end, "S", "k"), value);
-        EXPECT_EQ(With(top + ascii("k=old") + end, "k", value), top + ascii("k=") + stored + end);
-        EXPECT_EQ(With(top + ascii("a=1") + end, "k", "new"), top + ascii("a=1\r\nk=new") + end);
+        const std::string top = mark + loneHalf + Encoded("\r\n[S]\r\n", mark);
+        const std::string key = Encoded("k=", mark);
+        const std::string end = Encoded("\r\n; end", mark) + loneHalf + "x";
+        EXPECT_EQ(Find(top + key + stored + end, "S", "k"), value);
+        EXPECT_EQ(With(top + Encoded("k=old", mark) + end, "k", value), top + key + stored + end);
+        EXPECT_EQ(With(top + Encoded("a=1", mark) + end, "k", "new"),
+                  top + Encoded("a=1\r\nk=new", mark) + end);
     }
 }
 
 TEST(ProfileText, WritesAValueAsOneLineOfTheCodePageThatReadsBackAlike)
 {
-    const struct {
-        const char* value;
-        const char* bytes;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"caf\u00E9 \u20AC", "caf\xE9 \x80"}, {"\u0416", "\xD0\x96"},  // 1252 has no such character
         {"\u00C3\u00A9", "\xC3\x83\xC2\xA9"},  // the bytes of 1252 would pass for UTF-8
         {"a\r\nb\rc\n\nd", "a b c  d"},       {"\n", "\" \""},        {"a\xE9z", "a\uFFFDz"},
@@ -172,15 +161,9 @@ std::string AwkwardText(std::mt19937& random)
 
 TEST(ProfileText, EveryValueReadsBackAsWrittenAndDisturbsNoOther)
 {
-    using Encoding = std::function<std::string(const std::string& ascii)>;
-    const Encoding plain = [](const std::string& ascii) { return ascii; };
-    const Encoding littleEndian = [](const std::string& ascii) { return InUtf16(ascii, false); };
-    const Encoding bigEndian = [](const std::string& ascii) { return InUtf16(ascii, true); };
-    const std::pair<std::string, Encoding> encodings[] = {
-        {"", plain}, {"\xEF\xBB\xBF", plain}, {"\xFF\xFE", littleEndian}, {"\xFE\xFF", bigEndian}};
-    for (const auto& [mark, encoded] : encodings) {
-        const std::string begin = mark + encoded("; top\n[T]\nkey=t\n\n[S]\nfirst=1\n");
-        const std::string end = encoded("\n; end");
+    for (const std::string mark : {"", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"}) {
+        const std::string begin = mark + Encoded("; top\n[T]\nkey=t\n\n[S]\nfirst=1\n", mark);
+        const std::string end = Encoded("\n; end", mark);
         std::mt19937 random(20210514);
         std::string file = begin + end;
         for (int i = 0; i < 5000; ++i) {
@@ -190,7 +173,7 @@ TEST(ProfileText, EveryValueReadsBackAsWrittenAndDisturbsNoOther)
             ASSERT_EQ(Find(file, "S", "KEY"), value);
             ASSERT_EQ(Find(file, "S", "other"), other);
         }
-        EXPECT_TRUE(file.starts_with(begin + encoded("key=")));
+        EXPECT_TRUE(file.starts_with(begin + Encoded("key=", mark)));
         EXPECT_TRUE(file.ends_with(end));
         EXPECT_EQ(std::ranges::count(file, '\n'), 9);
     }

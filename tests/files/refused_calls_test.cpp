@@ -21,21 +21,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A child that is busy for longer hangs.
-constexpr rlim_t kSecondsOfWork = 5;
-
 class RefusedCalls : public DiskTest {
 protected:
-    template <class Body>
-    static void ExpectHoldsInChild(const Body& body)
-    {
-        const int status = Await(StartChild([&] {
-            Limit(RLIMIT_CPU, kSecondsOfWork);
-            body();
-        }));
-        EXPECT_EQ(status, 0) << "see the child's failures above";
-    }
-
     void ExpectLogHasTheNewLine() { EXPECT_TRUE(ReadFile(log_) == oldLog_ + "new\r\n"); }
 };
 

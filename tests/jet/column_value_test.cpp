@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <vector>
@@ -29,9 +31,7 @@ Bytes Decimal(bool negative, std::array<std::uint32_t, 4> magnitude)
 {
     Bytes bytes = {static_cast<std::uint8_t>(negative ? 0x80 : 0)};
     for (const std::uint32_t part : magnitude)
-        bytes.insert(bytes.end(),
-                     {static_cast<std::uint8_t>(part), static_cast<std::uint8_t>(part >> 8),
-                      static_cast<std::uint8_t>(part >> 16), static_cast<std::uint8_t>(part >> 24)});
+        std::ranges::copy(BytesOf(part), std::back_inserter(bytes));
     return bytes;
 }
 

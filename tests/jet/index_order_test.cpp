@@ -35,11 +35,7 @@ std::string LastEntry(const PageFile& file, std::uint32_t number)
 
 TEST(IndexOrder, IsTheOneThatASortComesTo)
 {
-    const struct {
-        std::int32_t count;
-        std::int32_t first;
-        std::int32_t step;
-    } cases[] = {
+    const std::tuple<std::int32_t, std::int32_t, std::int32_t> cases[] = {
         {1, -5, 1},           {299, 1, 1}, {300, 1, 1},  // no longer one page of Jet 3
         {602, 1, 1},          {603, 1, 1},               // nor one of Jet 4
         {2'000, 1, 400'000},                             // keys that share little

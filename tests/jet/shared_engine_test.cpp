@@ -66,11 +66,7 @@ TEST(FileState, TellsWhetherALaterChangeShows)
 {
     constexpr std::int64_t kMillisecond = 1'000'000;
     constexpr std::int64_t kSecond = 1'000 * kMillisecond;
-    const struct {
-        std::int64_t changed;
-        std::int64_t age;
-        bool shows;
-    } cases[] = {
+    const std::tuple<std::int64_t, std::int64_t, bool> cases[] = {
         {1'500 * kMillisecond, 0, false},
         {1'500 * kMillisecond, 10 * kMillisecond, false},
         {1'500 * kMillisecond, kSecond, true},

@@ -42,6 +42,9 @@ struct CountedDatabase {
         return number == 0 ? rows : -number;
     }
 
+    /// A byte of the first page of rows.
+    char& First(std::size_t at) { return bytes[firstPage + at]; }
+
     const Layout& layout;
     std::string bytes;
     std::size_t count = 0;
@@ -106,18 +109,10 @@ TEST_P(StaleCountTest, IsRefusedWithAnIndexOfOtherRowsUnlessThatLeavesOutNulls)
 using Loss = std::pair<const char*, std::function<void(CountedDatabase&)>>;
 
 const Loss kLosses[] = {
-    {"from the end of a page's list",
-     [](CountedDatabase& database) {
-         database.bytes[database.firstPage + database.layout.data.rowCount] -= 1;
-     }},
+    {"from the end of a page's list", [](CountedDatabase& its) { --its.First(its.layout.data.rowCount); }},
     {"with its page, which is of another kind",
-     [](CountedDatabase& database) {
-         database.bytes[database.firstPage] = static_cast<char>(PageType::kUsageMap);
-     }},
-    {"with its page, which is another table's",
-     [](CountedDatabase& database) {
-         tools::Store(database.bytes, database.firstPage + 4, std::uint32_t{2});
-     }},
+     [](CountedDatabase& its) { its.First(0) = static_cast<char>(PageType::kUsageMap); }},
+    {"with its page, which is another table's", [](CountedDatabase& its) { its.First(4) = 2; }},
     {"with its page, which the usage map does not mark", Unmark},
     {"with all others, marked as deleted",
      [](CountedDatabase& database) {
@@ -129,9 +124,7 @@ const Loss kLosses[] = {
                  database.bytes[page + list + 2 * static_cast<std::size_t>(row) + 1] |= '\xC0';
      }},
     {"marked as deleted",  // without an index it cannot be told from a row that was
-     [](CountedDatabase& database) {
-         database.bytes[database.firstPage + database.layout.data.rowOffsets + 1] |= '\xC0';
-     }},
+     [](CountedDatabase& its) { its.First(its.layout.data.rowOffsets + 1) |= '\xC0'; }},
 };
 
 TEST_P(StaleCountTest, IsNoExcuseForALostRow)

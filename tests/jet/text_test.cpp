@@ -17,12 +17,7 @@ ByteView ViewOf(const std::string& bytes)
 
 TEST(Text, IsDecodedAsItsFormatStoresIt)
 {
-    const struct {
-        const char* name;
-        Format format;
-        std::string bytes;
-        std::string text;
-    } cases[] = {
+    const std::tuple<const char*, Format, std::string, std::string> cases[] = {
         {"plain", Format::kJet4, "a\0\xAC\x20"s, "a€"},
         {"plain with U+0000", Format::kJet4, "a\0\0\0b\0"s, "a\0b"s},
         {"a surrogate pair", Format::kJet4, "\x3D\xD8\x00\xDE"s, "😀"},
@@ -36,9 +31,9 @@ TEST(Text, IsDecodedAsItsFormatStoresIt)
         {"code page", Format::kJet3, "ab\x80\x93\xFF", "ab€\u201Cÿ"},
         {"no mark in a code page", Format::kJet3, "\xFF\xFE\0z"s, "ÿþ\0z"s},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(DecodeText(ViewOf(c.bytes), c.format), c.text) << c.name;
-        EXPECT_EQ(DecodeTextBeginning(ViewOf(c.bytes), c.format, 255), c.text) << c.name;
+    for (const auto& [name, format, bytes, text] : cases) {
+        EXPECT_EQ(DecodeText(ViewOf(bytes), format), text) << name;
+        EXPECT_EQ(DecodeTextBeginning(ViewOf(bytes), format, 255), text) << name;
     }
     EXPECT_THROW((void)DecodeText(ViewOf("a\0b"s), Format::kJet4), Damage);
     EXPECT_THROW((void)DecodeText(ViewOf("\xFF\xFE"s + "a\0\xAC"s), Format::kJet4), Damage);
@@ -46,13 +41,7 @@ TEST(Text, IsDecodedAsItsFormatStoresIt)
 
 TEST(Text, IsDecodedUpToALimit)
 {
-    const struct {
-        const char* name;
-        Format format;
-        std::string bytes;
-        std::size_t characters;
-        std::string text;
-    } cases[] = {
+    const std::tuple<const char*, Format, std::string, std::size_t, std::string> cases[] = {
         {"code page", Format::kJet3, "ab\x80z", 3, "ab€"},
         {"UTF-16", Format::kJet4, "a\0\xAC\x20z\0"s, 2, "a€"},
         {"half a unit", Format::kJet4, "a\0\xAC"s, 255, "a"},
@@ -60,8 +49,8 @@ TEST(Text, IsDecodedUpToALimit)
         {"compressed, half a wide one", Format::kJet4, "\xFF\xFE"s + "1\0\xAC", 255, "1"},
         {"nothing but switches", Format::kJet4, "\xFF\xFE"s + std::string(1'000, '\0'), 255, ""},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(DecodeTextBeginning(ViewOf(c.bytes), c.format, c.characters), c.text) << c.name;
+    for (const auto& [name, format, bytes, characters, text] : cases)
+        EXPECT_EQ(DecodeTextBeginning(ViewOf(bytes), format, characters), text) << name;
 }
 
 /// Texts in the order of one of the formats.

@@ -21,8 +21,7 @@ protected:
     {
         timer.OnTimer = [this] {
             ++ticks;
-            if (onTick)
-                onTick();
+            onTick();
         };
     }
 
@@ -61,7 +60,7 @@ protected:
     EventQueue queue{gate, timer, [this] { loop.RunPass(Waiting::kNo); }};
     int ticks = 0;
     int passes = 0;
-    std::function<void()> onTick;
+    std::function<void()> onTick = [] {};
 };
 
 TEST_F(TimerTest, DropsWhatIsDueWhenDisabledOrGivenAnotherInterval)

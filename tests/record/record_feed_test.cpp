@@ -294,7 +294,6 @@ TEST_F(RecordFeedTest, SaysInOneLineWhatMakesNoSense)
         {"--port 1 --seconds -1", "--seconds"},
         {"--port 1 --seconds nan", "--seconds: nan is no number that makes sense here"},
         {"--port 1 --ends-with ''", "--ends-with: the text is empty"},
-        {"--protocol UDP --port 1 --ends-with ''", "--ends-with: the text is empty"},
         {"--port 1 --forward ''", "--forward: the text is empty"},
         {"--port 1 --ends-with '\\q'", "behind \\ stands n, r, t, \\ or x"},
         {"--port 1 --ends-with '\\x1'", "behind \\ stands n, r, t, \\ or x"},

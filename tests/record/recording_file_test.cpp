@@ -46,11 +46,7 @@ protected:
 
 TEST_F(RecordingFileTest, IsNotMadeOrGoneOnWithWhereThatMakesNoSense)
 {
-    const struct {
-        const char* content;
-        OnExisting onExisting;
-        const char* reason;
-    } cases[] = {
+    const std::tuple<const char*, OnExisting, const char*> cases[] = {
         {"", OnExisting::kRefuse, " is there already; --append goes on in it"},
         {"Dear diary", OnExisting::kGoOn, " is no recording: line 1: unknown column: Dear diary"},
         {"ref,rawtransaction\n1,a\n", OnExisting::kGoOn, " is no recording: its columns are others"},

@@ -63,13 +63,10 @@ TEST_F(TcpClientTest, APeerThatLeavesIsOneEventWhateverSendingMeetsFirst)
         peer.Send("last");
         peer.Close();
     };
-    const struct {
-        std::function<void(Peer&)> leave;
-        std::vector<int> sending;
-        Events events;
-    } cases[] = {{lastWords, {}, {"data last", "close"}},
-                 {&Peer::Close, {0, failure::kConnectionAborted}, {"close"}},
-                 {&Peer::Reset, {failure::kConnectionReset}, {"error 10054"}}};
+    const std::tuple<std::function<void(Peer&)>, std::vector<int>, Events> cases[] = {
+        {lastWords, {}, {"data last", "close"}},
+        {&Peer::Close, {0, failure::kConnectionAborted}, {"close"}},
+        {&Peer::Reset, {failure::kConnectionReset}, {"error 10054"}}};
     for (const auto& [leave, sending, expected] : cases) {
         Peer peer = ConnectedPeer();
         leave(peer);

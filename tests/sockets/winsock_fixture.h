@@ -34,8 +34,9 @@ protected:
             events.emplace_back("close");
             socket.Close();
         };
-        socket.OnError = [this](int number, const std::string&) {
+        socket.OnError = [this](int number, const std::string& description) {
             events.push_back("error " + std::to_string(number));
+            lastError = description;
             stateInError = socket.State();
             socket.Close();
         };
@@ -67,6 +68,7 @@ protected:
     EpollTestLoop loop;
     Winsock socket{gate, loop.loop, formats};
     Events events;
+    std::string lastError;
     SocketState stateInError = SocketState::kClosed;
 };
 

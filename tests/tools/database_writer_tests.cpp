@@ -2,9 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "make_database/csv_reader.h"
 #include "platform/failure.h"
 #include "support/failure_of.h"
-#include "tools/mdb_export.h"
+#include "support/files.h"
+#include "support/run_command.h"
+#include "support/temporary_folder.h"
+#include "support/texts.h"
 
 namespace {
 
@@ -18,6 +24,31 @@ std::string TextOf(std::size_t length)
         text += std::to_string(text.size()) + (text.size() % 3 == 0 ? "\r\n" : " ");
     text.resize(length);
     return text;
+}
+
+/// Whether Debian's mdbtools are installed.
+bool HasMdbExport()
+{
+    return RunCommand("mdb-export --version").exitCode == 0;
+}
+
+/// The rows of the table `trans` as mdb-export prints them, each with its values as texts, null as "NULL" and
+/// dates as "2021-05-14 15:07:09". It prints an empty memo like a null one.
+std::vector<Texts> MdbExport(const std::string& database)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("t.mdb");
+    WriteFile(path, database);
+    std::istringstream printed(
+        RunCommand("mdb-export -H -0 NULL -T '%Y-%m-%d %H:%M:%S' " + path + " trans").output);
+    CsvReader csv(printed);
+    std::vector<Texts> rows;
+    for (CsvRecord record; csv.Next(record);) {
+        rows.emplace_back();
+        for (const CsvField& field : record.fields)
+            rows.back().push_back(field.text);
+    }
+    return rows;
 }
 
 /// A second opinion on what a file holds; the tests of the program's own reader have the first.

@@ -13,10 +13,7 @@ using namespace std::string_literals;
 TEST(TextEncoding, CompressesWhereThatIsShorterAndReadable)
 {
     const std::string mark = "\xFF\xFE";
-    const struct {
-        std::string text;
-        std::string bytes;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"ab", "a\0b\0"s},  // no shorter with the mark in front
         {"abc", mark + "abc"},
