@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/event_gate.h"
 
 /// The window's controls without a window: each holds its plain state.
 namespace player {
@@ -46,11 +47,7 @@ private:
 /// Passes its lines on and keeps none, so that a feed of any length takes no memory. Any line can be selected.
 class ListBox final : public platform::ListBox {
 public:
-    void AddItem(const std::string& line) override
-    {
-        if (onLine)
-            onLine(line);
-    }
+    void AddItem(const std::string& line) override { platform::Raise(onLine, line); }
     void SetListIndex(std::int32_t /*index*/) override {}
     void Clear() override {}
 

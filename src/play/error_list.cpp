@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/event_gate.h"
+
 namespace player {
 
 void ErrorList::Write(const std::string& /*path*/, const platform::ErrorRecord& record)
 {
     Add({std::atoi(record.number.c_str()), record.procedure, record.description, 1});
-    if (onRecord)
-        onRecord(record);
+    platform::Raise(onRecord, record);
 }
 
 void ErrorList::Add(const CountedError& error)

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/event_gate.h"
+
 namespace player {
 
 HeldTimer::HeldTimer(platform::Timer& real, int ticksAtOnce, Events events)
@@ -36,8 +38,7 @@ void HeldTimer::Tick()
             events_.held();
             return;
         }
-        if (OnTimer)
-            OnTimer();
+        platform::Raise(OnTimer);
     }
     if (!enabled_)
         events_.stopped();

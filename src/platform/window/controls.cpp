@@ -5,6 +5,7 @@
 #include <QValidator>
 #include <QWheelEvent>
 
+#include "platform/event_gate.h"
 #include "platform/failure.h"
 #include "platform/window/text.h"
 
@@ -144,12 +145,7 @@ void CheckBox::paintEvent(QPaintEvent* event)
 CommandButton::CommandButton(QWidget* parent, EventGate& gate) : QPushButton(parent)
 {
     setAutoDefault(true);  // Enter presses the button that has the focus
-    connect(this, &QPushButton::clicked, [this, &gate] {
-        gate.Enter([this] {
-            if (OnClick)
-                OnClick();
-        });
-    });
+    connect(this, &QPushButton::clicked, [this, &gate] { gate.Enter([this] { Raise(OnClick); }); });
 }
 
 }  // namespace platform::window
