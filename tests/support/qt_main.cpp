@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
+/// For tests with windows. Their home folder is one of their own.
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
